@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+namespace platform {
+
+/// What the program asks about itself.
+class Process {
+ public:
+  virtual ~Process() = default;
+  /// Full path of the running executable.
+  virtual std::string ExecutablePath() = 0;
+  /// True when another process of the same session runs the same executable file and was started earlier.
+  virtual bool EarlierInstanceRuns() = 0;
+};
+
+}  // namespace platform
