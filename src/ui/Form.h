@@ -1,0 +1,91 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "ui/Control.h"
+#include "ui/Picture.h"
+
+namespace ui {
+
+/// Why a window is asked to close. The numbers are settled.
+enum class CloseReason : std::int32_t {
+  kUser = 0,         ///< close box or system menu
+  kCode = 1,         ///< the program itself
+  kSessionEnds = 2,  ///< the machine logs off or shuts down
+  kTaskManager = 3,
+  kOwnerCloses = 5,
+};
+
+/// A window. Its life: construction is its initialise step; Load makes the native window and runs OnLoad;
+/// Unload asks OnQueryUnload, runs OnUnload and takes the native window away; destruction is its terminate
+/// step. Reading or changing its state never loads it; showing it and giving it an icon does.
+class Form : public Control {
+ public:
+  struct Style {
+    bool border = true;
+    bool resizable = true;
+    bool minimiseAndMaximise = true;
+    bool toolWindow = false;
+    bool inTaskBar = true;
+    bool centreOnScreen = true;
+    bool centreOnOwner = false;
+  };
+
+  Form(std::string name, std::string caption, Style style, Twips width, Twips height);
+  ~Form() override;
+
+  const Style& GetStyle() const { return style_; }
+  const std::string& Caption() const { return caption_; }
+  void Caption(std::string caption);
+  const PictureRef& Icon() const { return icon_; }
+  virtual void Icon(PictureRef icon);
+
+  bool IsLoaded() const { return loaded_; }
+  /// Does nothing when it is loaded.
+  void Load();
+  /// Loads, shows and activates the window.
+  void Show(Form* owner = nullptr);
+  /// Shows the window over its owner and returns when it is hidden or unloaded.
+  void ShowModal(Form* owner);
+  bool IsModal() const { return modal_; }
+  Form* Owner() const { return owner_; }
+  void Hide() { Visible(false); }
+  using Control::Visible;
+  /// Making it visible loads it.
+  void Visible(bool visible) override;
+  /// False when the window refused. An unloaded window has nothing to refuse.
+  bool Unload(CloseReason reason = CloseReason::kCode);
+  /// Handle of the native window, 0 while it isn't loaded.
+  std::uintptr_t Handle() const { return GetPeer() ? GetPeer()->Handle() : 0; }
+
+  /// All windows that are loaded now, in the order of loading.
+  static std::vector<Form*> LoadedForms();
+  /// True when no loaded window refuses the end of the session.
+  static bool QuerySessionEnd();
+
+  /// With the mouse's place in twips.
+  base::Event<float, float> MouseMove;
+
+  /// The close box or another request from outside.
+  void UserClose(CloseReason reason);
+  void UserMouseMove(float x, float y);
+  /// The new place of the inner area, in twips.
+  void UserResize(const Bounds& bounds);
+
+ protected:
+  virtual void OnLoad() {}
+  virtual void OnQueryUnload(bool& cancel, CloseReason reason);
+  virtual void OnUnload() {}
+
+ private:
+  Style style_;
+  std::string caption_;
+  PictureRef icon_;
+  Form* owner_ = nullptr;
+  bool loaded_ = false;
+  bool modal_ = false;
+};
+
+}  // namespace ui

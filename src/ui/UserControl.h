@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+#include "ui/Control.h"
+
+namespace ui {
+
+/// A page or another composite: a control made of controls. BackgroundColor is the property of all pages.
+class UserControl : public Control {
+ public:
+  UserControl(Control* parent, std::string name, Twips designWidth, Twips designHeight);
+
+  Color BackgroundColor() const { return BackColor(); }
+  /// A page passes the colour on to those of its controls that take it.
+  virtual void BackgroundColor(Color color) { BackColor(color); }
+};
+
+}  // namespace ui
