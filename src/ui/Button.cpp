@@ -12,16 +12,19 @@ void Button::Caption(std::string caption) {
 }
 
 void Button::Picture(PictureRef picture) {
+  if (picture == picture_) return;
   picture_ = std::move(picture);
   Notify(Aspect::kValue);
 }
 
 void Button::Default(bool isDefault) {
+  if (isDefault == default_) return;
   default_ = isDefault;
   Notify(Aspect::kValue);
 }
 
 void Button::Cancel(bool isCancel) {
+  if (isCancel == cancel_) return;
   cancel_ = isCancel;
   Notify(Aspect::kValue);
 }

@@ -13,9 +13,15 @@ Control::Control(Kind kind, Control* parent, std::string name)
 }
 
 Control::~Control() {
-  if (parent_) std::erase(parent_->children_, this);
-  // Controls that outlive the window they stand on have no window any more.
+  LeaveParent();
+  // Controls that outlive what they stand on have no window any more.
+  DetachPeers();
   for (Control* child : children_) child->parent_ = nullptr;
+}
+
+void Control::LeaveParent() {
+  if (parent_) std::erase(parent_->children_, this);
+  parent_ = nullptr;
 }
 
 std::string Control::Path() const {
@@ -102,12 +108,25 @@ void Control::SetFocus() {
 
 void Control::UserFocus(bool focus) {
   if (focus == hasFocus_) return;
+  if (focus) {
+    Control* top = this;
+    while (top->parent_) top = top->parent_;
+    if (Control* holder = top->FocusHolder()) holder->UserFocus(false);
+  }
   hasFocus_ = focus;
   if (focus) {
     FromUser("GotFocus", [this] { GotFocus.Raise(); });
   } else {
     FromUser("LostFocus", [this] { LostFocus.Raise(); });
   }
+}
+
+Control* Control::FocusHolder() {
+  if (hasFocus_) return this;
+  for (Control* child : children_) {
+    if (Control* holder = child->FocusHolder()) return holder;
+  }
+  return nullptr;
 }
 
 void Control::AttachPeers() {
@@ -118,9 +137,9 @@ void Control::AttachPeers() {
 }
 
 void Control::DetachPeers() {
+  hasFocus_ = false;
   for (Control* child : children_) child->DetachPeers();
   peer_.reset();
-  hasFocus_ = false;
 }
 
 void Control::End() {

@@ -41,7 +41,8 @@ enum class Kind {
 /// Base of everything that stands on a window. A control owns its state: it is complete without a screen, and
 /// a peer that is attached to it only shows it. Setting a property to the value that it has does nothing. A
 /// control registers with its parent at construction and leaves it at destruction; the order of construction
-/// is the order of the tab key. Bounds are relative to the parent's inner area.
+/// is the order of the tab key. Bounds are relative to the parent's inner area. At most one control of a
+/// window has the focus.
 class Control {
  public:
   /// `name` is the settled name, by which tests and tools find the control; one of an array is "txtName(3)".
@@ -101,7 +102,7 @@ class Control {
   base::Event<> GotFocus;
   base::Event<> LostFocus;
 
-  /// Called by the peer when the focus comes or goes.
+  /// Called by the peer when the focus comes or goes. No handler runs when it goes because the window goes.
   void UserFocus(bool focus);
 
   Peer* GetPeer() const { return peer_.get(); }
@@ -125,8 +126,13 @@ class Control {
   /// A page's last act: it lets go of what it holds and saves what it keeps.
   virtual void OnEnd() {}
   void BoundsFromPeer(const Bounds& bounds);
+  /// The parent knows this control no more, as after its destruction.
+  void LeaveParent();
 
  private:
+  /// This control, or the one below it, that has the focus; null for none.
+  Control* FocusHolder();
+
   Kind kind_;
   std::string name_;
   Control* parent_;

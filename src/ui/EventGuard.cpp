@@ -41,9 +41,12 @@ void EventGuard::Report(std::string_view place, Repeats repeats, const std::exce
     if (Contains(toldByTimers, told)) return;
     toldByTimers.push_back(told);
   }
-  onScreen.push_back(told);
+  struct OnScreen {
+    const Failure& failure;
+    explicit OnScreen(const Failure& f) : failure(f) { onScreen.push_back(f); }
+    ~OnScreen() { std::erase(onScreen, failure); }
+  } up(told);
   ShowMessage(told.text, MessageIcon::kCritical);
-  std::erase(onScreen, told);
 }
 
 void EventGuard::Reset() {

@@ -1,6 +1,7 @@
 #include "ui/Form.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "ui/Toolkit.h"
 
@@ -12,6 +13,22 @@ std::vector<Form*>& Loaded() {
   return forms;
 }
 
+bool IsAmongLoaded(const Form* form) {
+  return std::find(Loaded().begin(), Loaded().end(), form) != Loaded().end();
+}
+
+/// True while it lives.
+class Flag {
+ public:
+  explicit Flag(bool& flag) : flag_(flag) { flag_ = true; }
+  ~Flag() { flag_ = false; }
+  Flag(const Flag&) = delete;
+  Flag& operator=(const Flag&) = delete;
+
+ private:
+  bool& flag_;
+};
+
 }  // namespace
 
 Form::Form(std::string name, std::string caption, Style style, Twips width, Twips height)
@@ -22,6 +39,7 @@ Form::Form(std::string name, std::string caption, Style style, Twips width, Twip
 
 Form::~Form() {
   std::erase(Loaded(), this);
+  for (Form* owned : OwnedForms()) owned->owner_ = nullptr;
   DetachPeers();
 }
 
@@ -33,6 +51,7 @@ void Form::Caption(std::string caption) {
 
 void Form::Icon(PictureRef icon) {
   Load();
+  if (icon == icon_) return;
   icon_ = std::move(icon);
   Notify(Aspect::kValue);
 }
@@ -41,23 +60,30 @@ void Form::Load() {
   if (loaded_) return;
   loaded_ = true;
   Loaded().push_back(this);
-  AttachPeers();
+  try {
+    AttachPeers();
+  } catch (...) {
+    DetachPeers();
+    std::erase(Loaded(), this);
+    loaded_ = false;
+    throw;
+  }
   OnLoad();
 }
 
 void Form::Show(Form* owner) {
   owner_ = owner;
   Visible(true);
+  SetFocus();
 }
 
 void Form::ShowModal(Form* owner) {
   owner_ = owner;
   Load();
   if (!loaded_) return;
-  modal_ = true;
+  const Flag modal(modal_);
   Visible(true);
   TheInterface().toolkit->RunWhile([this] { return loaded_ && Visible(); });
-  modal_ = false;
 }
 
 void Form::Visible(bool visible) {
@@ -70,9 +96,14 @@ void Form::Visible(bool visible) {
 
 bool Form::Unload(CloseReason reason) {
   if (!loaded_) return true;
+  if (unloading_) return false;
+  const Flag unloading(unloading_);
   bool cancel = false;
   OnQueryUnload(cancel, reason);
   if (cancel) return false;
+  for (Form* owned : OwnedForms()) {
+    if (IsAmongLoaded(owned) && !owned->Unload(CloseReason::kOwnerCloses)) return false;
+  }
   // What the window tells on its way out may fail; the window goes all the same.
   struct Closing {
     Form& form;
@@ -80,6 +111,7 @@ bool Form::Unload(CloseReason reason) {
       form.Control::Visible(false);
       for (Control* child : form.Children()) child->End();
       form.DetachPeers();
+      form.owner_ = nullptr;
       form.loaded_ = false;
       std::erase(Loaded(), &form);
     }
@@ -96,11 +128,22 @@ void Form::UserMouseMove(float x, float y) {
   FromUser("MouseMove", [&] { MouseMove.Raise(x, y); });
 }
 
+void Form::UserShellRestarted() {
+  FromUser("ShellRestarted", [this] { ShellRestarted.Raise(); });
+}
+
 void Form::UserResize(const Bounds& bounds) {
   FromUser("Resize", [&] { BoundsFromPeer(bounds); });
 }
 
 void Form::OnQueryUnload(bool&, CloseReason) {}
+
+std::vector<Form*> Form::OwnedForms() const {
+  std::vector<Form*> owned;
+  std::copy_if(Loaded().begin(), Loaded().end(), std::back_inserter(owned),
+               [this](const Form* form) { return form->owner_ == this; });
+  return owned;
+}
 
 std::vector<Form*> Form::LoadedForms() {
   return Loaded();
@@ -108,6 +151,8 @@ std::vector<Form*> Form::LoadedForms() {
 
 bool Form::QuerySessionEnd() {
   for (Form* form : LoadedForms()) {
+    // One that was asked before may have taken this one away.
+    if (!IsAmongLoaded(form)) continue;
     bool cancel = false;
     form->FromUser("QueryUnload", [&] { form->OnQueryUnload(cancel, CloseReason::kSessionEnds); });
     if (cancel) return false;

@@ -43,19 +43,22 @@ class Form : public Control {
   virtual void Icon(PictureRef icon);
 
   bool IsLoaded() const { return loaded_; }
-  /// Does nothing when it is loaded.
+  /// Does nothing when it is loaded. A failure of OnLoad leaves it loaded; when a native window can't be made
+  /// it isn't loaded.
   void Load();
-  /// Loads, shows and activates the window.
+  /// Loads, shows and activates the window, also one that is visible already.
   void Show(Form* owner = nullptr);
   /// Shows the window over its owner and returns when it is hidden or unloaded.
   void ShowModal(Form* owner);
   bool IsModal() const { return modal_; }
+  /// What it was shown with, until it is unloaded.
   Form* Owner() const { return owner_; }
   void Hide() { Visible(false); }
   using Control::Visible;
   /// Making it visible loads it.
   void Visible(bool visible) override;
-  /// False when the window refused. An unloaded window has nothing to refuse.
+  /// The loaded windows that it owns go before it, for the reason kOwnerCloses. False when one of them
+  /// refused, and while it is being unloaded already. An unloaded window has nothing to refuse.
   bool Unload(CloseReason reason = CloseReason::kCode);
   /// Handle of the native window, 0 while it isn't loaded.
   std::uintptr_t Handle() const { return GetPeer() ? GetPeer()->Handle() : 0; }
@@ -67,10 +70,14 @@ class Form : public Control {
 
   /// With the mouse's place in twips.
   base::Event<float, float> MouseMove;
+  /// The machine's shell started anew and has lost what the program had put into its task bar. Told to every
+  /// loaded window.
+  base::Event<> ShellRestarted;
 
   /// The close box or another request from outside.
   void UserClose(CloseReason reason);
   void UserMouseMove(float x, float y);
+  void UserShellRestarted();
   /// The new place of the inner area, in twips.
   void UserResize(const Bounds& bounds);
 
@@ -78,14 +85,18 @@ class Form : public Control {
   virtual void OnLoad() {}
   virtual void OnQueryUnload(bool& cancel, CloseReason reason);
   virtual void OnUnload() {}
+  void OnPeerAttached() override { OnResize(); }
 
  private:
+  std::vector<Form*> OwnedForms() const;
+
   Style style_;
   std::string caption_;
   PictureRef icon_;
   Form* owner_ = nullptr;
   bool loaded_ = false;
   bool modal_ = false;
+  bool unloading_ = false;
 };
 
 }  // namespace ui

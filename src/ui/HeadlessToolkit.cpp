@@ -1,20 +1,29 @@
 #include "ui/HeadlessToolkit.h"
 
 #include <algorithm>
-#include <limits>
+#include <stdexcept>
+#include <utility>
 
 namespace ui {
+
+class HeadlessTimerPeer;
+
+struct HeadlessToolkit::Clock {
+  std::int64_t now = 0;
+  std::vector<HeadlessTimerPeer*> timers;
+};
 
 /// Lets a timer tick when the toolkit's clock is advanced.
 class HeadlessTimerPeer : public Peer {
  public:
-  HeadlessTimerPeer(HeadlessToolkit& toolkit, Timer& timer) : toolkit_(toolkit), timer_(timer) {
-    toolkit_.timers_.push_back(this);
+  HeadlessTimerPeer(std::shared_ptr<HeadlessToolkit::Clock> clock, Timer& timer)
+      : clock_(std::move(clock)), timer_(timer) {
+    clock_->timers.push_back(this);
     Changed(Aspect::kValue);
   }
-  ~HeadlessTimerPeer() override { std::erase(toolkit_.timers_, this); }
+  ~HeadlessTimerPeer() override { std::erase(clock_->timers, this); }
 
-  void Changed(Aspect) override { due_ = toolkit_.now_ + timer_.Interval(); }
+  void Changed(Aspect) override { due_ = clock_->now + timer_.Interval(); }
 
   bool Runs() const { return timer_.Enabled() && timer_.Interval() > 0; }
   std::int64_t Due() const { return due_; }
@@ -24,7 +33,7 @@ class HeadlessTimerPeer : public Peer {
   }
 
  private:
-  HeadlessToolkit& toolkit_;
+  std::shared_ptr<HeadlessToolkit::Clock> clock_;
   Timer& timer_;
   std::int64_t due_ = 0;
 };
@@ -43,7 +52,7 @@ class HeadlessFormPeer : public Peer {
 
 }  // namespace
 
-HeadlessToolkit::HeadlessToolkit() : before_(TheInterface()) {
+HeadlessToolkit::HeadlessToolkit() : before_(TheInterface()), clock_(std::make_shared<Clock>()) {
   TheInterface() = {this, this, this, this};
 }
 
@@ -51,24 +60,28 @@ HeadlessToolkit::~HeadlessToolkit() {
   TheInterface() = before_;
 }
 
-void HeadlessToolkit::Advance(std::int32_t milliseconds) {
-  const std::int64_t end = now_ + milliseconds;
-  for (;;) {
-    HeadlessTimerPeer* next = nullptr;
-    for (HeadlessTimerPeer* timer : timers_) {
-      if (timer->Runs() && timer->Due() <= end && (!next || timer->Due() < next->Due())) next = timer;
-    }
-    if (!next) break;
-    now_ = std::max(now_, next->Due());
-    next->Tick();
+bool HeadlessToolkit::TickNext(std::int64_t end) {
+  HeadlessTimerPeer* next = nullptr;
+  for (HeadlessTimerPeer* timer : clock_->timers) {
+    if (timer->Runs() && timer->Due() <= end && (!next || timer->Due() < next->Due())) next = timer;
   }
-  now_ = std::max(now_, end);
+  if (!next) return false;
+  clock_->now = std::max(clock_->now, next->Due());
+  next->Tick();
+  return true;
+}
+
+void HeadlessToolkit::Advance(std::int32_t milliseconds) {
+  const std::int64_t end = clock_->now + milliseconds;
+  while (TickNext(end)) {
+  }
+  clock_->now = std::max(clock_->now, end);
 }
 
 std::unique_ptr<Peer> HeadlessToolkit::CreatePeer(Control& control) {
   switch (control.GetKind()) {
     case Kind::kTimer:
-      return std::make_unique<HeadlessTimerPeer>(*this, static_cast<Timer&>(control));
+      return std::make_unique<HeadlessTimerPeer>(clock_, static_cast<Timer&>(control));
     case Kind::kForm:
       return std::make_unique<HeadlessFormPeer>(++lastHandle_);
     default:
@@ -77,24 +90,27 @@ std::unique_ptr<Peer> HeadlessToolkit::CreatePeer(Control& control) {
 }
 
 void HeadlessToolkit::RunWhile(const std::function<bool()>& condition) {
+  constexpr std::int64_t kHour = 60 * 60 * 1000;
+  const std::int64_t end = clock_->now + kHour;
   while (condition()) {
-    if (whenIdle) {
-      whenIdle();
+    // Copies, here and below: what a test laid ready may replace itself while it runs.
+    if (const auto idle = whenIdle) {
+      idle();
       continue;
     }
+    if (TickNext(end)) continue;
     // Nobody is there to end the wait but a timer.
-    std::int64_t due = std::numeric_limits<std::int64_t>::max();
-    for (const HeadlessTimerPeer* timer : timers_) {
-      if (timer->Runs()) due = std::min(due, timer->Due());
+    if (std::none_of(clock_->timers.begin(), clock_->timers.end(),
+                     [](const HeadlessTimerPeer* timer) { return timer->Runs(); })) {
+      return;
     }
-    if (due == std::numeric_limits<std::int64_t>::max()) return;
-    Advance(static_cast<std::int32_t>(std::max<std::int64_t>(due - now_, 0)));
+    throw std::logic_error("The message loop has waited for an hour");
   }
 }
 
 MessageResult HeadlessToolkit::ShowMessage(const Message& message) {
   messages.push_back(message);
-  if (whileMessage) whileMessage(message);
+  if (const auto meanwhile = whileMessage) meanwhile(message);
   if (!answers.empty()) {
     const MessageResult answer = answers.front();
     answers.pop_front();
@@ -104,11 +120,13 @@ MessageResult HeadlessToolkit::ShowMessage(const Message& message) {
 }
 
 Menu* HeadlessToolkit::ShowPopupMenu(Menu& menu, Control&) {
-  return choosePopup ? choosePopup(menu) : nullptr;
+  const auto choose = choosePopup;
+  return choose ? choose(menu) : nullptr;
 }
 
 bool HeadlessToolkit::ShowFileDialog(FileDialog& dialog) {
-  return answerFileDialog && answerFileDialog(dialog);
+  const auto answer = answerFileDialog;
+  return answer && answer(dialog);
 }
 
 std::uintptr_t HeadlessToolkit::SmallIcon(const PictureRef& picture) {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -42,6 +43,8 @@ class HeadlessToolkit : public Toolkit, public Dialogs, public Clipboard, public
   float twipsPerPixel = 15;
 
   std::unique_ptr<Peer> CreatePeer(Control& control) override;
+  /// Returns too when nothing is there to end the wait. Throws std::logic_error when the timers tick for an
+  /// hour of the clock without ending it.
   void RunWhile(const std::function<bool()>& condition) override;
   void ProcessPendingEvents() override {}
   MessageResult ShowMessage(const Message& message) override;
@@ -55,9 +58,14 @@ class HeadlessToolkit : public Toolkit, public Dialogs, public Clipboard, public
 
  private:
   friend class HeadlessTimerPeer;
+  struct Clock;
+
+  /// Lets the timer that falls due first tick, if that is by `end`; false when there is none.
+  bool TickNext(std::int64_t end);
+
   Interface before_;
-  std::int64_t now_ = 0;
-  std::vector<class HeadlessTimerPeer*> timers_;
+  /// Windows that outlive the toolkit keep it.
+  std::shared_ptr<Clock> clock_;
   std::vector<std::pair<PictureRef, std::uintptr_t>> icons_;
   std::uintptr_t lastHandle_ = 0;
 };

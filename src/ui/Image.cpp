@@ -8,6 +8,7 @@ Image::Image(Control* parent, std::string name, PictureRef picture)
 }
 
 void Image::Picture(PictureRef picture) {
+  if (picture == picture_) return;
   picture_ = std::move(picture);
   Notify(Aspect::kValue);
 }

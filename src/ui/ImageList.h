@@ -9,7 +9,8 @@
 
 namespace ui {
 
-/// Pictures by position, which counts from 1, or by key. An unknown position or key is a failure.
+/// Pictures by position, which counts from 1, or by key. An unknown position or key is a failure, and so is a
+/// taken key.
 class ImageList {
  public:
   void Add(PictureRef picture, std::string key = {});
@@ -22,6 +23,9 @@ class ImageList {
     PictureRef picture;
     std::string key;
   };
+  /// The entry of the key, or the end; an empty key is none.
+  std::vector<Entry>::const_iterator Find(std::string_view key) const;
+
   std::vector<Entry> entries_;
 };
 

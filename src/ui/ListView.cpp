@@ -8,7 +8,7 @@ ListView::ListView(Control* parent, std::string name, Style style)
     : Control(Kind::kListView, parent, std::move(name)), style_(style) {}
 
 void ListView::AddColumn(std::string key, std::string text, Twips width) {
-  columns_.push_back({std::move(key), std::move(text), width});
+  columns_.push_back({std::move(key), std::move(text), width, Fit::kNothing});
   Notify(Aspect::kColumns);
 }
 
@@ -18,17 +18,40 @@ void ListView::ClearColumns() {
 }
 
 void ListView::ColumnWidth(std::size_t column, Twips width) {
-  columns_.at(column).width = width;
+  if (column >= columns_.size()) {
+    throw base::Error(base::ErrorNumber::kSubscript,
+                      "There is no column " + std::to_string(column) + " in " + Path());
+  }
+  columns_[column].fit = Fit::kNothing;
+  if (columns_[column].width == width) return;
+  columns_[column].width = width;
   Notify(Aspect::kColumns);
 }
 
 bool ListView::FitColumn(std::size_t column, bool useHeader) {
   if (column >= columns_.size()) return false;
-  return RowPeer() == nullptr || RowPeer()->FitColumn(column, useHeader);
+  if (RowPeer()) return RowPeer()->FitColumn(column, useHeader);
+  columns_[column].fit = useHeader ? Fit::kContentsAndHeader : Fit::kContents;
+  return true;
+}
+
+void ListView::OnPeerAttached() {
+  for (std::size_t i = 0; RowPeer() && i < columns_.size(); ++i) {
+    if (columns_[i].fit == Fit::kNothing) continue;
+    RowPeer()->FitColumn(i, columns_[i].fit == Fit::kContentsAndHeader);
+    columns_[i].fit = Fit::kNothing;
+  }
 }
 
 std::size_t ListView::AddRow(std::string_view key, std::span<const std::string_view> cells, Color color) {
   rows_.Add(key, cells, color);
+  const std::size_t row = rows_.Count() - 1;
+  if (RowPeer()) RowPeer()->RowsAdded(row, 1);
+  return row;
+}
+
+std::size_t ListView::AppendRow(std::string_view key, std::span<const std::string_view> cells, Color color) {
+  rows_.Append(key, cells, color);
   const std::size_t row = rows_.Count() - 1;
   if (RowPeer()) RowPeer()->RowsAdded(row, 1);
   return row;
@@ -47,16 +70,19 @@ void ListView::AddSubItem(std::size_t row, std::string_view key, std::string_vie
 }
 
 void ListView::Text(std::size_t row, std::size_t cell, std::string_view text) {
+  if (cell < rows_.CellCount(row) && rows_.Cell(row, cell) == text) return;
   rows_.SetCell(row, cell, text);
   if (RowPeer()) RowPeer()->RowChanged(row);
 }
 
 void ListView::CellColor(std::size_t row, std::size_t cell, Color color) {
+  if (rows_.CellColor(row, cell) == color) return;
   rows_.SetCellColor(row, cell, color);
   if (RowPeer()) RowPeer()->RowChanged(row);
 }
 
 void ListView::Checked(std::size_t row, bool checked) {
+  if (rows_.Checked(row) == checked) return;
   rows_.Checked(row, checked);
   if (RowPeer()) RowPeer()->RowChanged(row);
 }
@@ -108,6 +134,7 @@ void ListView::MarkSelected(std::size_t row, bool selected) {
 }
 
 void ListView::Select(std::size_t row) {
+  if (rows_.Selected(row) && selectedRow_ == row) return;
   if (!style_.multiSelect && selectedRow_ && *selectedRow_ != row) MarkSelected(*selectedRow_, false);
   MarkSelected(row, true);
   selectedRow_ = row;
@@ -123,6 +150,7 @@ void ListView::StartLabelEdit(std::size_t row) {
 }
 
 void ListView::UserSelect(std::size_t row, bool selected) {
+  if (row >= rows_.Count()) return;
   if (selected && !style_.multiSelect && selectedRow_ && *selectedRow_ != row)
     MarkSelected(*selectedRow_, false);
   MarkSelected(row, selected);
@@ -130,13 +158,14 @@ void ListView::UserSelect(std::size_t row, bool selected) {
 }
 
 void ListView::UserSelectAll(bool selected) {
+  if (selected && !style_.multiSelect) return;
   for (std::size_t row = 0; row < rows_.Count(); ++row) rows_.Selected(row, selected);
   selectedCount_ = selected ? rows_.Count() : 0;
   if (!selected) selectedRow_.reset();
 }
 
 void ListView::UserCheck(std::size_t row, bool checked) {
-  if (rows_.Checked(row) == checked) return;
+  if (row >= rows_.Count() || rows_.Checked(row) == checked) return;
   rows_.Checked(row, checked);
   FromUser("ItemCheck", [this] { ItemCheck.Raise(); });
 }
@@ -148,9 +177,17 @@ bool ListView::UserLabelEditStart() {
 }
 
 void ListView::UserLabelEditEnd(std::size_t row, const std::string& text) {
-  bool cancel = false;
-  FromUser("AfterLabelEdit", [&] { AfterLabelEdit.Raise(cancel, text); });
-  if (!cancel && row < rows_.Count()) Text(row, 0, text);
+  if (row >= rows_.Count()) return;
+  // The handler may move the rows.
+  const std::string key(Key(row));
+  bool accepted = false;
+  FromUser("AfterLabelEdit", [&] {
+    bool cancel = false;
+    AfterLabelEdit.Raise(cancel, text);
+    accepted = !cancel;
+  });
+  if (!accepted) return;
+  if (const auto edited = Find(key)) Text(*edited, 0, text);
 }
 
 void ListView::UserItemClick() {

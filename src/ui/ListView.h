@@ -19,7 +19,8 @@ class ListViewPeer : public Peer {
   virtual void RowChanged(std::size_t row) = 0;
   virtual void EnsureVisible(std::size_t row) = 0;
   virtual void StartLabelEdit(std::size_t row) = 0;
-  /// Makes the column as wide as its widest text, or its header where that counts and is wider.
+  /// Makes the column as wide as its widest text, or its header where that counts and is wider, and reports
+  /// the width.
   virtual bool FitColumn(std::size_t column, bool useHeader) = 0;
 };
 
@@ -33,10 +34,13 @@ class ListView : public Control {
     bool multiSelect = false;
     bool labelEdit = false;
   };
+  enum class Fit { kNothing, kContents, kContentsAndHeader };
   struct Column {
     std::string key;
     std::string text;
     Twips width = 0;
+    /// What the column is fitted to as soon as there is a screen to fit it on.
+    Fit fit = Fit::kNothing;
   };
   static constexpr Twips kDefaultColumnWidth = 1440;
 
@@ -48,9 +52,10 @@ class ListView : public Control {
   const std::vector<Column>& Columns() const { return columns_; }
   void AddColumn(std::string key, std::string text, Twips width = kDefaultColumnWidth);
   void ClearColumns();
+  /// A column that isn't there is a failure.
   void ColumnWidth(std::size_t column, Twips width);
-  /// Fits the column to its contents, and to its header when `useHeader` is set. False for a column that
-  /// isn't there.
+  /// Fits the column to its contents, and to its header when `useHeader` is set; while there is no peer, that
+  /// waits until there is one. False for a column that isn't there.
   bool FitColumn(std::size_t column, bool useHeader);
 
   const ListRows& Rows() const { return rows_; }
@@ -60,6 +65,8 @@ class ListView : public Control {
   std::size_t AddRow(std::string_view key, std::span<const std::string_view> cells,
                      Color color = kDefaultColor);
   std::size_t AddRow(std::string_view key, std::string_view text);
+  /// The same for a caller whose keys are all different, and who adds a million of them.
+  std::size_t AppendRow(std::string_view key, std::span<const std::string_view> cells, Color color);
   void AddSubItem(std::size_t row, std::string_view key, std::string_view text);
   /// The keys of the sub-items, the first being that of cell 1; all rows share them.
   const std::vector<std::string>& SubItemKeys() const { return subItemKeys_; }
@@ -78,7 +85,11 @@ class ListView : public Control {
   void ClearRows();
   /// Linear in the number of rows, however many go.
   std::size_t RemoveSelected();
+  /// As ListRows::Reorder; the selection and the ticks go with their rows.
   void Reorder(std::span<const std::uint32_t> order);
+  /// How the rows were sorted last: 0 ascending, 1 descending. Only who sorts writes it, and reads it again.
+  std::int32_t SortOrder() const { return sortOrder_; }
+  void SortOrder(std::int32_t order) { sortOrder_ = order; }
 
   /// The row that has the selection's focus; with single selection, the one selected row.
   std::optional<std::size_t> SelectedRow() const { return selectedRow_; }
@@ -99,9 +110,10 @@ class ListView : public Control {
   base::Event<> ItemCheck;
   /// The handler may set the argument to cancel the edit before it starts.
   base::Event<bool&> BeforeLabelEdit;
-  /// With the new text; the handler may cancel.
+  /// With the new text; the handler may cancel, and its failure cancels too.
   base::Event<bool&, const std::string&> AfterLabelEdit;
 
+  /// What is reported of a row that has gone meanwhile is ignored.
   void UserSelect(std::size_t row, bool selected);
   void UserSelectAll(bool selected);
   void UserCheck(std::size_t row, bool checked);
@@ -115,6 +127,9 @@ class ListView : public Control {
   void UserColumnClick(std::int32_t column);
   void UserColumnWidth(std::size_t column, Twips width);
 
+ protected:
+  void OnPeerAttached() override;
+
  private:
   ListViewPeer* RowPeer() const { return static_cast<ListViewPeer*>(GetPeer()); }
   void MarkSelected(std::size_t row, bool selected);
@@ -125,6 +140,7 @@ class ListView : public Control {
   ListRows rows_;
   std::optional<std::size_t> selectedRow_;
   std::size_t selectedCount_ = 0;
+  std::int32_t sortOrder_ = 0;
 };
 
 }  // namespace ui

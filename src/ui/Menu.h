@@ -10,8 +10,9 @@
 namespace ui {
 
 /// A menu entry: a command, a separator ("-" as caption) or a submenu, when entries stand below it.
-/// A menu is built anew from its entries each time it is shown, so no peer mirrors it.
-class Menu : public Control {
+/// A menu is built anew from its entries each time it is shown, so no peer mirrors it. An entry of a
+/// MenuArray may be unloaded while its own Click runs.
+class Menu : public Control, public std::enable_shared_from_this<Menu> {
  public:
   Menu(Control* parent, std::string name, std::string caption);
 
@@ -24,11 +25,13 @@ class Menu : public Control {
   base::Event<> Click;
 
   /// Shows the entries below this one at the mouse, waits until the user chose or left, and raises the Click
-  /// of the chosen entry when the menu is closed.
+  /// of the chosen entry when the menu is closed. An entry that has gone meanwhile isn't clicked.
   void ShowAsPopup();
   void UserClick();
 
  private:
+  friend class MenuArray;
+
   std::string caption_;
   bool checked_ = false;
 };
@@ -39,20 +42,24 @@ class MenuArray {
  public:
   MenuArray(Menu* parent, std::string name, std::string caption);
 
-  /// Adds the entry behind all others of the menu, visible as the pattern is. A taken index is a failure.
+  /// Adds the entry behind all others of the menu: its caption, tick and switches are the pattern's. A taken
+  /// index and one below 0 are failures.
   Menu& Load(std::int32_t index);
-  /// An unknown index and the index 0 are failures.
+  /// The entry leaves the menu at once. An unknown index and the index 0 are failures.
   void Unload(std::int32_t index);
   /// An unknown index is a failure.
   Menu& operator[](std::int32_t index);
   std::int32_t UpperBound() const { return entries_.rbegin()->first; }
 
+  /// With the index of the entry.
   base::Event<std::int32_t> Click;
 
  private:
+  Menu& Add(std::int32_t index, std::string caption);
+
   Menu* parent_;
   std::string name_;
-  std::map<std::int32_t, std::unique_ptr<Menu>> entries_;
+  std::map<std::int32_t, std::shared_ptr<Menu>> entries_;
 };
 
 }  // namespace ui

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
+#include <sstream>
+#include <utility>
 
 #include "base/Error.h"
 
@@ -17,11 +18,15 @@ std::string RichTextBox::Text() const {
   return text;
 }
 
-void RichTextBox::Text(std::string text) {
+void RichTextBox::Reset() {
   runs_.clear();
   document_.clear();
   length_ = selStart_ = 0;
   ++generation_;
+}
+
+void RichTextBox::Text(std::string text) {
+  Reset();
   if (!text.empty()) InsertRun({std::move(text), ForeColor() == kDefaultColor ? kBlack : ForeColor(), false});
   selStart_ = 0;
   Notify(Aspect::kText);
@@ -63,13 +68,14 @@ void RichTextBox::InsertRun(Run run) {
 void RichTextBox::LoadFile(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   if (!file) throw base::Error(base::ErrorNumber::kFileNotFound, "Unable to open file " + path);
-  std::string document((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+  std::ostringstream content;
+  content << file.rdbuf();
+  std::string document = std::move(content).str();
   if (!document.starts_with("{\\rtf")) {
     throw base::Error(base::ErrorNumber::kFile, "This file isn't a rich text document: " + path);
   }
-  Text(std::string());
+  Reset();
   document_ = std::move(document);
-  ++generation_;
   Notify(Aspect::kText);
 }
 

@@ -44,6 +44,7 @@ class RichTextBox : public Control {
   std::int32_t Generation() const { return generation_; }
 
  private:
+  void Reset();
   void InsertRun(Run run);
 
   std::vector<Run> runs_;

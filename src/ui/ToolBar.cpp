@@ -1,5 +1,7 @@
 #include "ui/ToolBar.h"
 
+#include <algorithm>
+
 #include "base/Error.h"
 
 namespace ui {
@@ -7,6 +9,10 @@ namespace ui {
 ToolBar::ToolBar(Control* parent, std::string name) : Control(Kind::kToolBar, parent, std::move(name)) {}
 
 void ToolBar::AddButton(std::string key, std::string toolTip, PictureRef picture) {
+  if (Contains(key)) {
+    throw base::Error(base::ErrorNumber::kKeyTaken,
+                      "This key is already associated with a button: \"" + key + "\"");
+  }
   buttons_.push_back({std::move(key), std::move(toolTip), std::move(picture), true});
   Notify(Aspect::kItems);
 }
@@ -23,9 +29,15 @@ void ToolBar::ButtonEnabled(std::string_view key, bool enabled) {
 }
 
 void ToolBar::UserClick(std::string_view key) {
-  const ToolButton& button = Find(key);
-  if (!Enabled() || !button.enabled) return;
-  FromUser("ButtonClick", [this, key = button.key] { ButtonClick.Raise(key); });
+  if (!Enabled() || !Contains(key) || !Find(key).enabled) return;
+  // The handler may change the buttons.
+  const std::string pressed(key);
+  FromUser("ButtonClick", [&] { ButtonClick.Raise(pressed); });
+}
+
+bool ToolBar::Contains(std::string_view key) const {
+  return std::any_of(buttons_.begin(), buttons_.end(),
+                     [key](const ToolButton& button) { return button.key == key; });
 }
 
 const ToolBar::ToolButton& ToolBar::Find(std::string_view key) const {

@@ -20,6 +20,7 @@ class ToolBar : public Control {
 
   ToolBar(Control* parent, std::string name);
 
+  /// A taken key is a failure.
   void AddButton(std::string key, std::string toolTip, PictureRef picture);
   const std::vector<ToolButton>& Buttons() const { return buttons_; }
   /// An unknown key is a failure.
@@ -29,9 +30,11 @@ class ToolBar : public Control {
   /// With the button's key.
   base::Event<const std::string&> ButtonClick;
 
+  /// An unknown key is ignored.
   void UserClick(std::string_view key);
 
  private:
+  bool Contains(std::string_view key) const;
   const ToolButton& Find(std::string_view key) const;
 
   std::vector<ToolButton> buttons_;

@@ -14,6 +14,10 @@ class UserControl : public Control {
   Color BackgroundColor() const { return BackColor(); }
   /// A page passes the colour on to those of its controls that take it.
   virtual void BackgroundColor(Color color) { BackColor(color); }
+
+ protected:
+  /// A page whose size nobody changes is laid out all the same when its window comes up.
+  void OnPeerAttached() override { OnResize(); }
 };
 
 }  // namespace ui
