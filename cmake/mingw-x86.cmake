@@ -9,3 +9,5 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(HARBOURLINE_WIDL i686-w64-mingw32-widl)
+# The x87 unit keeps more digits than a float has, so that a quotient which is exact as a float isn't exact in it.
+add_compile_options(-msse2 -mfpmath=sse)

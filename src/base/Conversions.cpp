@@ -85,8 +85,23 @@ Integer FromDouble(double value) {
   return *result;
 }
 
+/// A text of one to nine digits and nothing else, which nearly every number of a file is; nothing for any
+/// other.
+std::optional<std::int32_t> PlainInteger(std::string_view text) {
+  if (text.empty() || text.size() > 9) return std::nullopt;
+  std::int32_t value = 0;
+  for (const char c : text) {
+    if (!IsDigit(c)) return std::nullopt;
+    value = value * 10 + (c - '0');
+  }
+  return value;
+}
+
 template <typename Integer>
 Integer FromText(std::string_view text) {
+  if (const auto plain = PlainInteger(text); plain && *plain <= std::numeric_limits<Integer>::max()) {
+    return static_cast<Integer>(*plain);
+  }
   const auto number = ReadNumber(text);
   if (!number) throw TypeMismatch(text);
   const auto result = Round<Integer>(*number);

@@ -1,5 +1,6 @@
 #include "base/TextFile.h"
 
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <utility>
@@ -78,11 +79,64 @@ std::string_view TextFileReader::ReadLine() {
   }
 }
 
+void TextFileReader::ReadLines(std::span<std::string_view> lines) {
+  for (bool more = true;; more = Fill()) {
+    const char* at = buffer_.get() + begin_;
+    const char* const end = buffer_.get() + end_;
+    std::size_t taken = 0;
+    while (taken < lines.size() && at != end) {
+      const void* const found = std::memchr(at, '\n', static_cast<std::size_t>(end - at));
+      if (!found && more) break;
+      const char* const lineEnd = found ? static_cast<const char*>(found) : end;
+      const char* const textEnd = found && lineEnd != at && lineEnd[-1] == '\r' ? lineEnd - 1 : lineEnd;
+      lines[taken++] = std::string_view(at, static_cast<std::size_t>(textEnd - at));
+      at = found ? lineEnd + 1 : end;
+    }
+    if (taken == lines.size()) {
+      begin_ = static_cast<std::size_t>(at - buffer_.get());
+      return;
+    }
+    if (!more) throw Error(ErrorNumber::kPastEndOfFile, "Input past end of file " + path_);
+  }
+}
+
 TextFileWriter::TextFileWriter(const std::string& path)
     : path_(path), file_(Open(path, "wb")), buffer_(std::make_unique<char[]>(kCapacity)) {}
 
 TextFileWriter::~TextFileWriter() {
   if (file_) std::fwrite(buffer_.get(), 1, size_, file_.get());
+}
+
+void TextFileWriter::WriteLines(std::string_view text, std::span<const std::uint32_t> ends) {
+  // Each short line is copied with what stands behind it, by a copy of a fixed length, which the next line
+  // overwrites: the lengths of lines are hard to foresee, and a copy of just that length costs a wrong guess
+  // for nearly each.
+  constexpr std::size_t kShort = 16;
+  std::array<char, 256 + kShort> lines;
+  if (text.size() > lines.size() - kShort || text.size() + 2 * ends.size() + kShort > kCapacity - size_) {
+    std::uint32_t begin = 0;
+    for (const std::uint32_t end : ends) {
+      WriteLine(text.substr(begin, end - begin));
+      begin = end;
+    }
+    return;
+  }
+  text.copy(lines.data(), text.size());
+  char* out = buffer_.get() + size_;
+  const char* line = lines.data();
+  for (const std::uint32_t end : ends) {
+    const char* const next = lines.data() + end;
+    const auto length = static_cast<std::size_t>(next - line);
+    if (length <= kShort) {
+      std::memcpy(out, line, kShort);
+    } else {
+      std::memcpy(out, line, length);
+    }
+    std::memcpy(out + length, "\r\n", 2);
+    out += length + 2;
+    line = next;
+  }
+  size_ = static_cast<std::size_t>(out - buffer_.get());
 }
 
 void TextFileWriter::WriteThrough(std::string_view text) {

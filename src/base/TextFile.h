@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -28,6 +30,8 @@ class TextFileReader {
   bool AtEnd();
   /// The next line without its end, valid until the next call. Fails at the end of the file.
   std::string_view ReadLine();
+  /// As many lines as `lines` has places, all valid until the next call. Fails when the file ends before.
+  void ReadLines(std::span<std::string_view> lines);
 
  private:
   /// Moves what is left to the front of the buffer and reads behind it; false at the end of the file.
@@ -64,6 +68,8 @@ class TextFileWriter {
     Write(text);
     Write("\r\n");
   }
+  /// Writes several lines that stand side by side in `text`; ends[i] is where line i ends.
+  void WriteLines(std::string_view text, std::span<const std::uint32_t> ends);
   /// Fails when not everything could be written. Nothing is written after it.
   void Close();
 

@@ -1,0 +1,61 @@
+// The members of CRegistry that write and read exchange files.
+
+#include <optional>
+#include <utility>
+
+#include "base/Error.h"
+#include "base/TextFile.h"
+#include "settings/CRegistry.h"
+#include "ui/MessageBox.h"
+
+namespace {
+
+/// Opens the file; tells the user when that fails.
+template <typename File>
+bool Open(std::optional<File>& file, const std::string& sFullPathName) {
+  try {
+    file.emplace(sFullPathName);
+    return true;
+  } catch (const base::Error&) {
+    ui::ShowMessage("Unable to open file " + sFullPathName, ui::MessageIcon::kWarning);
+    return false;
+  }
+}
+
+}  // namespace
+
+void CRegistry::ExportByKeys(const std::string& sFullPathName, std::span<const std::string> sProfileKeys) {
+  sTransferMessage = "Export Complete Successfully";
+  std::optional<base::TextFileWriter> file;
+  if (!Open(file, sFullPathName)) return;
+  for (const std::string& sKey : sProfileKeys) m_ccMapProfiles.Get(sKey)->WriteXML(*file);
+  file->Close();
+  ui::ShowMessage(sTransferMessage, ui::MessageIcon::kInformation);
+}
+
+void CRegistry::Import(const std::string& sFullPathName) {
+  sTransferMessage = "Import Complete Successfully";
+  TemporaryProfile(std::make_shared<CMapProfile>());
+  std::optional<base::TextFileReader> file;
+  if (!Open(file, sFullPathName)) return;
+  while (!file->AtEnd()) {
+    if (!m_TemporaryProfile->ReadXML(*file, file->ReadLine())) continue;
+    AddMapProfile(m_TemporaryProfile, nullptr);
+    TemporaryProfile(std::make_shared<CMapProfile>());
+  }
+  file.reset();
+  TemporaryProfile(nullptr);
+  ui::ShowMessage(sTransferMessage, ui::MessageIcon::kInformation);
+}
+
+void CRegistry::TemporaryProfile(std::shared_ptr<CMapProfile> MapProfile) {
+  if (m_TemporaryProfile) m_TemporaryProfile->ErrorOccured.Disconnect(this);
+  m_TemporaryProfile = std::move(MapProfile);
+  if (m_TemporaryProfile) {
+    m_TemporaryProfile->ErrorOccured.Connect<&CRegistry::m_TemporaryProfile_ErrorOccured>(this);
+  }
+}
+
+void CRegistry::m_TemporaryProfile_ErrorOccured(const std::string& sErrorMessage) {
+  sTransferMessage = sErrorMessage;
+}

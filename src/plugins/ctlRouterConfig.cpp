@@ -1,0 +1,128 @@
+#include "plugins/ctlRouterConfig.h"
+
+#include <algorithm>
+#include <initializer_list>
+
+#include "plugins/modServerHelper.h"
+#include "settings/CRegistry.h"
+#include "shell/modCommon.h"
+
+namespace {
+
+constexpr ui::Color kValueColor = ui::Rgb(0, 0, 192);
+constexpr ui::Twips kTitleHeight = 600;
+constexpr ui::Twips kLineHeight = 330;
+constexpr ui::Twips kLabelWidth = 1500;
+constexpr ui::Twips kFieldWidth = 3600;
+constexpr ui::Twips kButtonWidth = 1800;
+constexpr ui::Twips kButtonHeight = 700;
+
+constexpr const char* kNoPlugIns =
+    "No plug-ins have been installed. You need to install a plug-in for your router. Run Harbourline's Setup "
+    "executable and select Modify or download a new plug-in from our website. Then rerun Setup Wizard.";
+
+}  // namespace
+
+ctlRouterConfig::ctlRouterConfig(ui::Control* parent, std::string name)
+    : UserControl(parent, std::move(name), 6660, 3270),
+      lblTitle(this, "lblTitle", "Router Configuration"),
+      lblRouterSelection(this, "lblRouterSelection", "Your Router:", ui::Alignment::kRight),
+      cbRouterSelection(this, "cbRouterSelection"),
+      lblVersionLabel(this, "lblVersionLabel", "Version:", ui::Alignment::kRight),
+      lblVersion(this, "lblVersion"),
+      lblStatusLabel(this, "lblStatusLabel", "Status:", ui::Alignment::kRight),
+      lblStatus(this, "lblStatus"),
+      cmdConfigureRouter(this, "cmdConfigureRouter", "&Configure"),
+      lblHelp(this, "lblHelp", "Select your router then press 'Configure'"),
+      lblError(this, "lblError") {
+  HelpContextID(2000);
+  lblTitle.Font(ui::TitleFont());
+  lblTitle.Transparent(true);
+  lblTitle.ForeColor(modCommon::ColorTitle());
+  lblHelp.ForeColor(modCommon::ColorHelpText());
+  lblError.Transparent(true);
+  lblError.ForeColor(modCommon::ColorDarkRed());
+  cbRouterSelection.ForeColor(kValueColor);
+  lblVersion.ForeColor(kValueColor);
+  lblStatus.ForeColor(kValueColor);
+  cbRouterSelection.Click.Connect<&ctlRouterConfig::cbRouterSelection_Click>(this);
+  cmdConfigureRouter.Click.Connect<&ctlRouterConfig::cmdConfigureRouter_Click>(this);
+  OnResize();
+}
+
+void ctlRouterConfig::BackgroundColor(ui::Color color) {
+  UserControl::BackgroundColor(color);
+  for (ui::Label* label :
+       {&lblRouterSelection, &lblStatus, &lblStatusLabel, &lblVersion, &lblVersionLabel, &lblHelp}) {
+    label->BackColor(color);
+  }
+}
+
+void ctlRouterConfig::Populate() {
+  g_Registry->CheckForPlugIns();
+  g_Registry->PopulateRouterList(cbRouterSelection);
+  const bool bEmpty = cbRouterSelection.ListCount() == 0;
+  if (bEmpty) lblError.Caption(kNoPlugIns);
+  cmdConfigureRouter.Enabled(!cbRouterSelection.Text().empty());
+  ShowSelection(!bEmpty);
+  UpdateStatus();
+}
+
+void ctlRouterConfig::ShowSelection(bool bShow) {
+  lblError.Visible(!bShow);
+  for (ui::Control* control : std::initializer_list<ui::Control*>{
+           &lblRouterSelection, &lblStatus, &lblStatusLabel, &lblVersion, &lblVersionLabel, &cmdConfigureRouter,
+           &cbRouterSelection}) {
+    control->Visible(bShow);
+  }
+}
+
+void ctlRouterConfig::cbRouterSelection_Click() {
+  g_Registry->RouterTitle(cbRouterSelection.Text());
+  if (modServerHelper::Functional(g_Registry->Router)) {
+    UpdateStatus();
+  } else {
+    ClearStatus();
+  }
+  cmdConfigureRouter.Enabled(!cbRouterSelection.Text().empty());
+}
+
+void ctlRouterConfig::cmdConfigureRouter_Click() {
+  // A plug-in answers false when its configuration is good.
+  if (modServerHelper::Configure(g_Registry->Router)) return;
+  UpdateStatus();
+  SelectionSuccessful.Raise();
+}
+
+void ctlRouterConfig::UpdateStatus() {
+  lblVersion.Caption(modServerHelper::Version(g_Registry->Router));
+  std::string sStatus = "Not Connected to Internet";
+  if (modCommon::IsConnected()) sStatus = "WAN " + modServerHelper::WANIP(g_Registry->Router);
+  ChangedRouterSlected.Raise(sStatus, modServerHelper::Functional(g_Registry->Router));
+  lblStatus.Caption(modServerHelper::Functional(g_Registry->Router) ? "Online" : "Offline");
+  modServerHelper::SetLogging(g_Registry->Router, winSock.LocalIP());
+}
+
+void ctlRouterConfig::ClearStatus() {
+  lblVersion.Caption("N/A");
+  ChangedRouterSlected.Raise("N/A", false);
+  lblStatus.Caption("Offline");
+}
+
+void ctlRouterConfig::OnResize() {
+  const ui::Twips inner = Width() - 2 * ui::kMargin;
+  const ui::Twips field = ui::kMargin + kLabelWidth + ui::kMargin;
+  lblTitle.Move(ui::kMargin, ui::kMargin, inner, kTitleHeight);
+  ui::Twips top = lblTitle.Bottom() + ui::kMargin;
+  lblError.Move(ui::kMargin, top, inner, 4 * kLineHeight);
+  lblRouterSelection.Move(ui::kMargin, top, kLabelWidth, kLineHeight);
+  cbRouterSelection.Move(field, top, std::min(kFieldWidth, Width() - field - ui::kMargin), kLineHeight);
+  top = cbRouterSelection.Bottom() + ui::kMargin;
+  lblVersionLabel.Move(ui::kMargin, top, kLabelWidth, kLineHeight);
+  lblVersion.Move(field, top, Width() - field - ui::kMargin, kLineHeight);
+  top = lblVersion.Bottom() + ui::kMargin;
+  lblStatusLabel.Move(ui::kMargin, top, kLabelWidth, kLineHeight);
+  lblStatus.Move(field, top, Width() - field - ui::kMargin, kLineHeight);
+  cmdConfigureRouter.Move(field, lblStatus.Bottom() + ui::kMargin, kButtonWidth, kButtonHeight);
+  lblHelp.Move(ui::kMargin, Height() - ui::kMargin - kLineHeight, inner, kLineHeight);
+}
