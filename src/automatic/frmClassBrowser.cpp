@@ -1,0 +1,102 @@
+#include "automatic/frmClassBrowser.h"
+
+#include <algorithm>
+
+#include "automatic/modWhatsRunning.h"
+#include "shell/modCommon.h"
+
+namespace {
+
+constexpr const char* kNone = "[None]";
+constexpr ui::Form::Style kToolWindow{.resizable = false,
+                                      .minimiseAndMaximise = false,
+                                      .toolWindow = true,
+                                      .inTaskBar = false,
+                                      .centreOnScreen = false,
+                                      .centreOnOwner = true};
+constexpr ui::Twips kLabelWidth = 1300;
+constexpr ui::Twips kLineHeight = 330;
+constexpr ui::Twips kButtonWidth = 1300;
+constexpr ui::Twips kButtonHeight = 420;
+
+}  // namespace
+
+frmClassBrowser::frmClassBrowser()
+    : Form("frmClassBrowser", "Select a Running Program", kToolWindow, 4680, 4290),
+      lblWindowTitle(this, "lblWindowTitle", "Window Title:", ui::Alignment::kRight),
+      txtWindowTitle(this, "txtWindowTitle"),
+      lblWindowClass(this, "lblWindowClass", "Window Class:", ui::Alignment::kRight),
+      txtWindowClass(this, "txtWindowClass"),
+      lslAvailableClasses(this, "lslAvailableClasses"),
+      cmdAccept(this, "cmdAccept", "&Accept"),
+      cmdCancel(this, "cmdCancel", "&Cancel") {
+  HelpContextID(9020);
+  BackColor(modCommon::ColorBackground());
+  for (ui::Label* label : {&lblWindowTitle, &lblWindowClass}) label->Transparent(true);
+  for (ui::TextBox* box : {&txtWindowTitle, &txtWindowClass}) box->Locked(true);
+  cmdAccept.Enabled(false);
+  cmdAccept.Default(true);
+  cmdCancel.Cancel(true);
+  lslAvailableClasses.Click.Connect<&frmClassBrowser::lslAvailableClasses_Click>(this);
+  cmdAccept.Click.Connect<&frmClassBrowser::cmdAccept_Click>(this);
+  cmdCancel.Click.Connect<&frmClassBrowser::cmdCancel_Click>(this);
+  OnResize();
+}
+
+void frmClassBrowser::sWindowClass(std::string sClass) {
+  m_sWindowClass = std::move(sClass);
+  txtWindowClass.Text(m_sWindowClass);
+}
+
+void frmClassBrowser::sWindowTitle(std::string sTitle) {
+  m_sWindowTitle = std::move(sTitle);
+  txtWindowTitle.Text(m_sWindowTitle);
+}
+
+void frmClassBrowser::OnLoad() {
+  modWhatsRunning::EnumAvailableWindows(lslAvailableClasses);
+  lslAvailableClasses.AddItem(kNone, 0);
+  m_bCancel = false;
+  cmdAccept.Enabled(false);
+}
+
+void frmClassBrowser::OnQueryUnload(bool&, ui::CloseReason reason) {
+  // The close box is a way of leaving without a choice.
+  if (reason == ui::CloseReason::kUser) m_bCancel = true;
+}
+
+void frmClassBrowser::lslAvailableClasses_Click() {
+  const std::string& sEntry = lslAvailableClasses.Text();
+  if (sEntry == kNone) {
+    sWindowClass(std::string());
+    sWindowTitle(std::string());
+  } else {
+    sWindowClass(modWhatsRunning::WindowClassFromEntry(sEntry));
+    sWindowTitle(modWhatsRunning::WindowTitleFromEntry(sEntry));
+  }
+  cmdAccept.Enabled(true);
+}
+
+void frmClassBrowser::cmdAccept_Click() {
+  m_bCancel = false;
+  Unload();
+}
+
+void frmClassBrowser::cmdCancel_Click() {
+  m_bCancel = true;
+  Unload();
+}
+
+void frmClassBrowser::OnResize() {
+  const ui::Twips inner = Width() - 2 * ui::kMargin;
+  const ui::Twips field = ui::kMargin + kLabelWidth + ui::kMargin;
+  cmdCancel.Move(Width() - ui::kMargin - kButtonWidth, Height() - ui::kMargin - kButtonHeight, kButtonWidth,
+                 kButtonHeight);
+  cmdAccept.Move(cmdCancel.Left() - ui::kMargin - kButtonWidth, cmdCancel.Top(), kButtonWidth, kButtonHeight);
+  txtWindowClass.Move(field, cmdCancel.Top() - ui::kMargin - kLineHeight, Width() - field - ui::kMargin, kLineHeight);
+  lblWindowClass.Move(ui::kMargin, txtWindowClass.Top(), kLabelWidth, kLineHeight);
+  txtWindowTitle.Move(field, txtWindowClass.Top() - ui::kMargin - kLineHeight, txtWindowClass.Width(), kLineHeight);
+  lblWindowTitle.Move(ui::kMargin, txtWindowTitle.Top(), kLabelWidth, kLineHeight);
+  lslAvailableClasses.Move(ui::kMargin, ui::kMargin, inner,
+                           std::max(0, txtWindowTitle.Top() - 2 * ui::kMargin));
+}

@@ -1,0 +1,44 @@
+#include "setup/ctlHelp.h"
+
+#include <algorithm>
+
+#include "shell/modCommon.h"
+
+namespace {
+
+constexpr ui::Twips kTitleHeight = 600;
+constexpr ui::Twips kButtonWidth = 1800;
+constexpr ui::Twips kButtonHeight = 700;
+
+// \x85 is the ellipsis character of the code page.
+constexpr const char* kText =
+    "You can press the 'F1' key at anytime to bring up context sensitive help for that subject. By pressing the "
+    "\"Help\x85\" button below, you will be taken to the help menu.";
+
+}  // namespace
+
+ctlHelp::ctlHelp(ui::Control* parent, std::string name)
+    : UserControl(parent, std::move(name), 4800, 3600),
+      lblTitle(this, "lblTitle", "Help"),
+      lblHelp(this, "lblHelp", kText),
+      cmdHelp(this, "cmdHelp", "&Help...") {
+  lblTitle.Font(ui::TitleFont());
+  lblTitle.ForeColor(modCommon::ColorTitle());
+  lblHelp.ForeColor(modCommon::ColorHelpText());
+  cmdHelp.Click.Connect([this] { Help.Raise(); });
+  OnResize();
+}
+
+void ctlHelp::BackgroundColor(ui::Color color) {
+  UserControl::BackgroundColor(color);
+  lblTitle.BackColor(color);
+  lblHelp.BackColor(color);
+}
+
+void ctlHelp::OnResize() {
+  const ui::Twips inner = Width() - 2 * ui::kMargin;
+  lblTitle.Move(ui::kMargin, ui::kMargin, inner, kTitleHeight);
+  cmdHelp.Move((Width() - kButtonWidth) / 2, Height() - ui::kMargin - kButtonHeight, kButtonWidth, kButtonHeight);
+  const ui::Twips top = lblTitle.Bottom() + ui::kMargin;
+  lblHelp.Move(ui::kMargin, top, inner, std::max(0, cmdHelp.Top() - ui::kMargin - top));
+}

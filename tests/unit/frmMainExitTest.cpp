@@ -1,0 +1,114 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "shell/frmMain.h"
+#include "support/Shell.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class frmMainExitTest : public testing::Test, protected support::Shell {
+ protected:
+  frmMainExitTest() {
+    SelectRouter();
+    Start();
+    router->calls.clear();
+    world.journal.clear();
+  }
+};
+
+TEST_F(frmMainExitTest, TheCloseBoxHidesTheWindowAndNeitherEndsNorSaves) {
+  main->Show();
+  main->UserClose(ui::CloseReason::kUser);
+  EXPECT_FALSE(main->Visible());
+  EXPECT_TRUE(main->IsLoaded());
+  EXPECT_THAT(world.journal, IsEmpty());
+}
+
+TEST_F(frmMainExitTest, ExitAsksInTheSettledWords) {
+  world.toolkit.answers = {ui::MessageResult::kNo};
+  Choose("mnuExit");
+  ASSERT_EQ(world.toolkit.messages.size(), 1u);
+  EXPECT_EQ(world.toolkit.messages[0].text, "Are you sure you want to exit Harbourline?");
+  EXPECT_EQ(world.toolkit.messages[0].title, "Harbourline");
+  EXPECT_EQ(world.toolkit.messages[0].icon, ui::MessageIcon::kQuestion);
+  EXPECT_EQ(world.toolkit.messages[0].buttons, ui::MessageButtons::kYesNo);
+}
+
+TEST_F(frmMainExitTest, NoLeavesEverythingRunning) {
+  world.toolkit.answers = {ui::MessageResult::kNo};
+  Choose("mnuExit");
+  EXPECT_TRUE(main->IsLoaded());
+  EXPECT_THAT(Calls("ApplicationExiting"), IsEmpty());
+  world.toolkit.Advance(1000);
+  EXPECT_THAT(Calls("CheckForWarning"), testing::Not(IsEmpty()));
+}
+
+TEST_F(frmMainExitTest, YesTellsThePlugInFirstThatTheProgramEndsAndLastToSave) {
+  world.toolkit.answers = {ui::MessageResult::kYes};
+  Choose("mnuExit");
+  EXPECT_FALSE(main->IsLoaded());
+  router->calls.clear();
+  EXPECT_EQ(world.notificationArea.calls.back().message, platform::NotifyIconMessage::kDelete);
+  End();
+  EXPECT_THAT(router->calls,
+              ElementsAre("get IServer_ClassName", "get IServer_ClassName", "call IServer_SaveSettings()"));
+  EXPECT_EQ(router->alive, 0);
+}
+
+TEST_F(frmMainExitTest, ALogOffSavesTwiceAndTellsThePlugInInOrder) {
+  EXPECT_TRUE(ui::Form::QuerySessionEnd());
+  EXPECT_EQ(Calls("SaveSettings").size(), 1u);
+  EXPECT_THAT(Calls("ApplicationExiting"), IsEmpty());
+  End();
+  EXPECT_EQ(Calls("SaveSettings").size(), 2u);
+  EXPECT_THAT(Calls("ApplicationExiting"), ElementsAre("call IServer_ApplicationExiting(\"192.168.1.7\")"));
+}
+
+TEST_F(frmMainExitTest, ALogOffThatIsCalledOffLeavesTheProgramRunning) {
+  EXPECT_TRUE(ui::Form::QuerySessionEnd());
+  world.toolkit.Advance(1000);
+  EXPECT_TRUE(main->IsLoaded());
+  EXPECT_THAT(Calls("CheckForWarning"), testing::Not(IsEmpty()));
+}
+
+TEST_F(frmMainExitTest, ClosingByTheTaskManagerGoesOnWithoutAQuestion) {
+  main->UserClose(ui::CloseReason::kTaskManager);
+  EXPECT_FALSE(main->IsLoaded());
+  EXPECT_THAT(world.toolkit.messages, IsEmpty());
+  EXPECT_EQ(Calls("ApplicationExiting").size(), 1u);
+}
+
+TEST_F(frmMainExitTest, WithoutARouterNothingIsToldToAnyPlugIn) {
+  g_Registry->Router.reset();
+  main->Unload();
+  EXPECT_THAT(Calls("ApplicationExiting"), IsEmpty());
+  End();
+  EXPECT_THAT(Calls("SaveSettings"), IsEmpty());
+}
+
+TEST_F(frmMainExitTest, APlugInThatFailsAtTheExitIsToldAndTheSettingsAreSavedAllTheSame) {
+  router->Fail("IServer_ApplicationExiting", 5, "no more");
+  world.toolkit.answers = {ui::MessageResult::kYes};
+  Choose("mnuExit");
+  EXPECT_FALSE(main->IsLoaded());
+  ASSERT_EQ(world.toolkit.messages.size(), 2u);
+  EXPECT_EQ(world.toolkit.messages[1].text, "no more (5)");
+  End();
+  EXPECT_EQ(world.settings.Value("RouterClass"), kClass);
+}
+
+TEST_F(frmMainExitTest, APlugInThatCanNotTellItsClassAnyMoreCostsNoSetting) {
+  router->Fail("IServer_ClassName", 5, "no class");
+  main->Unload();
+  End();
+  EXPECT_EQ(world.settings.Value("Router_1"), kClass);
+  EXPECT_EQ(world.settings.Value("RouterClass"), kClass);
+  EXPECT_EQ(world.settings.Value("FilterOutProfiles"), "False");
+  ASSERT_FALSE(world.toolkit.messages.empty());
+  EXPECT_EQ(world.toolkit.messages.back().text, "no class (5)");
+}
+
+}  // namespace
