@@ -1,0 +1,43 @@
+#include <windows.h>
+
+#include <exception>
+#include <memory>
+
+#include "platform/win32/Win32Machine.h"
+#include "shell/frmMain.h"
+#include "ui/MessageBox.h"
+#include "ui/Toolkit.h"
+#include "ui/win32/Win32Interface.h"
+
+namespace {
+
+/// No library is taken from the current folder, which may be any folder that the user works in.
+void SearchLibrariesInSystemFoldersOnly() {
+  SetDllDirectoryA("");
+}
+
+int Run() {
+  std::unique_ptr<frmMain> mainWindow;
+  platform::win32::Win32Machine machine;
+  ui::win32::Win32Interface nativeInterface;
+  nativeInterface.onSessionEnd = [&mainWindow] { mainWindow.reset(); };
+  try {
+    mainWindow = std::make_unique<frmMain>();
+  } catch (const std::exception& failure) {
+    // Settings that could not be read are not written either.
+    ui::ShowMessage(failure.what(), ui::MessageIcon::kCritical);
+    return 1;
+  }
+  mainWindow->Load();
+  ui::TheInterface().toolkit->RunWhile([&mainWindow] { return mainWindow && mainWindow->IsLoaded(); });
+  mainWindow.reset();
+  for (ui::Form* form : ui::Form::LoadedForms()) form->Unload(ui::CloseReason::kOwnerCloses);
+  return 0;
+}
+
+}  // namespace
+
+int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
+  SearchLibrariesInSystemFoldersOnly();
+  return Run();
+}

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "platform/Clock.h"
+
+namespace platform::win32 {
+
+class Win32Clock : public Clock {
+ public:
+  DateTime Now() override;
+};
+
+}  // namespace platform::win32

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "platform/Shell.h"
+
+namespace platform::win32 {
+
+class Win32Shell : public Shell {
+ public:
+  std::intptr_t Open(const std::string& target) override;
+};
+
+}  // namespace platform::win32

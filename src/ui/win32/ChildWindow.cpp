@@ -1,0 +1,201 @@
+#include "ui/win32/ChildWindow.h"
+
+#include <commctrl.h>
+
+#include <unordered_map>
+
+#include "platform/win32/SystemError.h"
+#include "ui/Control.h"
+#include "ui/win32/OwnWindow.h"
+#include "ui/win32/Surroundings.h"
+
+namespace ui::win32 {
+namespace {
+
+constexpr UINT_PTR kSubclass = 1;
+constexpr UINT kSync = WM_APP + 1;
+constexpr int kFirstId = 1000;
+constexpr int kLastId = 32000;
+
+/// Windows belong to the thread of the interface, and so does this.
+std::unordered_map<HWND, ChildWindow*>& Children() {
+  static std::unordered_map<HWND, ChildWindow*> children;
+  return children;
+}
+
+/// Numbers by which a window finds its buttons. They come round again only after more controls than a window
+/// can hold.
+int NextId() {
+  static int last = kFirstId;
+  last = last == kLastId ? kFirstId : last + 1;
+  return last;
+}
+
+}  // namespace
+
+ChildWindow::ChildWindow(Control& control, Surroundings& surroundings)
+    : control_(control), surroundings_(surroundings) {}
+
+ChildWindow::~ChildWindow() {
+  if (!window_) return;
+  Children().erase(window_);
+  RemoveWindowSubclass(window_, Procedure, kSubclass);
+  RemoveControlName(window_);
+  DestroyWindow(window_);
+}
+
+void ChildWindow::CreateNative(const char* className, DWORD style, DWORD extendedStyle,
+                               const std::string& text) {
+  const Control* parent = control_.Parent();
+  const std::uintptr_t parentWindow = parent && parent->GetPeer() ? parent->GetPeer()->Handle() : 0;
+  style |= WS_CHILD | WS_CLIPSIBLINGS;
+  if (control_.Visible()) style |= WS_VISIBLE;
+  if (!control_.Enabled()) style |= WS_DISABLED;
+  if (control_.TabStop()) style |= WS_TABSTOP;
+  const RECT place = NativeBounds();
+  window_ = CreateWindowExA(extendedStyle, className, text.c_str(), style, place.left, place.top,
+                            place.right - place.left, place.bottom - place.top,
+                            reinterpret_cast<HWND>(parentWindow),
+                            reinterpret_cast<HMENU>(static_cast<INT_PTR>(NextId())), ThisModule(), nullptr);
+  if (!window_)
+    throw platform::win32::WindowsError("A control can't be made", static_cast<LSTATUS>(GetLastError()));
+  SetControlName(window_, control_.Name());
+  Children().emplace(window_, this);
+  SetWindowSubclass(window_, Procedure, kSubclass, reinterpret_cast<DWORD_PTR>(this));
+  Show(Aspect::kFont);
+}
+
+void ChildWindow::Show(Aspect aspect) {
+  switch (aspect) {
+    case Aspect::kBounds: {
+      const RECT place = NativeBounds();
+      SetWindowPos(window_, nullptr, place.left, place.top, place.right - place.left,
+                   place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
+      break;
+    }
+    case Aspect::kVisible:
+      ShowWindow(window_, control_.Visible() ? SW_SHOWNA : SW_HIDE);
+      break;
+    case Aspect::kEnabled:
+      EnableWindow(window_, control_.Enabled() ? TRUE : FALSE);
+      break;
+    case Aspect::kColors:
+      InvalidateRect(window_, nullptr, TRUE);
+      break;
+    case Aspect::kFont:
+      Send(WM_SETFONT, reinterpret_cast<WPARAM>(NativeFont()), TRUE);
+      break;
+    default:
+      break;
+  }
+}
+
+RECT ChildWindow::NativeBounds() const {
+  return surroundings_.screen.Pixels(control_.GetBounds());
+}
+
+void ChildWindow::SyncLater() {
+  if (stale_ || !window_) return;
+  stale_ = true;
+  PostMessageA(window_, kSync, 0, 0);
+}
+
+std::optional<LRESULT> ChildWindow::Reflect(UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_NOTIFYFORMAT:
+      return NFR_ANSI;
+    case WM_COMMAND: {
+      ChildWindow* child = lParam ? FromWindow(reinterpret_cast<HWND>(lParam)) : nullptr;
+      if (!child) return std::nullopt;
+      child->OnCommand(HIWORD(wParam));
+      return 0;
+    }
+    case WM_NOTIFY: {
+      auto& header = *reinterpret_cast<NMHDR*>(lParam);
+      ChildWindow* child = FromWindow(header.hwndFrom);
+      if (!child) return std::nullopt;
+      return child->OnNotify(header);
+    }
+    case WM_CTLCOLOREDIT:
+    case WM_CTLCOLORLISTBOX:
+    case WM_CTLCOLORBTN:
+    case WM_CTLCOLORSTATIC: {
+      ChildWindow* child = FromWindow(reinterpret_cast<HWND>(lParam));
+      if (!child) return std::nullopt;
+      return reinterpret_cast<LRESULT>(child->OnColors(reinterpret_cast<HDC>(wParam)));
+    }
+    default:
+      return std::nullopt;
+  }
+}
+
+LRESULT ChildWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  return PassOn(message, wParam, lParam);
+}
+
+HBRUSH ChildWindow::OnColors(HDC context) {
+  SetTextColor(context, TextColor());
+  SetBkColor(context, Ground());
+  return surroundings_.brushes.Get(Ground());
+}
+
+LRESULT ChildWindow::PassOn(UINT message, WPARAM wParam, LPARAM lParam) const {
+  return DefSubclassProc(window_, message, wParam, lParam);
+}
+
+COLORREF ChildWindow::Ground() const {
+  return control_.Transparent() ? GroundBehind() : NativeColor(control_.BackColor(), SystemGround());
+}
+
+COLORREF ChildWindow::GroundBehind() const {
+  const Control* behind = control_.Parent();
+  while (behind && behind->Transparent()) behind = behind->Parent();
+  return NativeColor(behind ? behind->BackColor() : kDefaultColor, COLOR_BTNFACE);
+}
+
+COLORREF ChildWindow::TextColor() const {
+  if (!control_.Enabled()) return GetSysColor(COLOR_GRAYTEXT);
+  return NativeColor(control_.ForeColor(), COLOR_WINDOWTEXT);
+}
+
+HFONT ChildWindow::NativeFont() const {
+  return surroundings_.fonts.Get(control_.Font());
+}
+
+ChildWindow* ChildWindow::FromWindow(HWND window) {
+  const auto found = Children().find(window);
+  return found == Children().end() ? nullptr : found->second;
+}
+
+LRESULT CALLBACK ChildWindow::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                        DWORD_PTR data) {
+  auto* self = reinterpret_cast<ChildWindow*>(data);
+  if (message != WM_NCDESTROY) return self->Handle(message, wParam, lParam);
+  Children().erase(window);
+  RemoveControlName(window);
+  RemoveWindowSubclass(window, Procedure, kSubclass);
+  self->window_ = nullptr;
+  return DefSubclassProc(window, message, wParam, lParam);
+}
+
+LRESULT ChildWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (stale_ && message != WM_DESTROY) {
+    stale_ = false;
+    Sync();
+  }
+  switch (message) {
+    case kSync:
+      return 0;
+    case WM_SETFOCUS:
+    case WM_KILLFOCUS: {
+      const HWND window = window_;
+      const LRESULT result = OnMessage(message, wParam, lParam);
+      if (IsAlive(window, this)) control_.UserFocus(message == WM_SETFOCUS);
+      return result;
+    }
+    default:
+      return OnMessage(message, wParam, lParam);
+  }
+}
+
+}  // namespace ui::win32

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "ui/win32/ChildWindow.h"
+
+namespace ui {
+class Choice;
+}
+
+namespace ui::win32 {
+
+/// A combo box or a list box, which take the same calls under different numbers.
+class ChoicePeer : public ChildPeer<> {
+ public:
+  ChoicePeer(Choice& choice, Surroundings& surroundings);
+
+ protected:
+  void Show(Aspect aspect) override;
+  void Sync() override;
+  RECT NativeBounds() const override;
+  void OnCommand(WORD code) override;
+  int SystemGround() const override { return COLOR_WINDOW; }
+
+ private:
+  struct Messages;
+
+  Choice& choice_;
+  const Messages& messages_;
+  bool itemsStale_ = true;
+};
+
+}  // namespace ui::win32

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <windows.h>
+
+#include "ui/win32/Fonts.h"
+#include "ui/win32/SessionEnd.h"
+#include "ui/win32/UtilityWindow.h"
+#include "ui/win32/Win32Screen.h"
+
+namespace ui::win32 {
+
+/// What the peers of one interface share.
+struct Surroundings {
+  explicit Surroundings(const std::function<void()>& onSessionEnd) : sessionEnd(onSessionEnd) {}
+
+  Win32Screen screen;
+  Fonts fonts{screen.DotsPerInch()};
+  Brushes brushes;
+  SessionEnd sessionEnd;
+  UtilityWindow utility{sessionEnd};
+  /// Sent to all top-level windows when the shell has made its task bar anew.
+  const UINT taskBarCreated = RegisterWindowMessageA("TaskbarCreated");
+};
+
+}  // namespace ui::win32

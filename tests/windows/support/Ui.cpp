@@ -1,0 +1,83 @@
+#include "support/Ui.h"
+
+namespace support {
+
+TestForm::TestForm(std::string name, Style style, ui::Twips width, ui::Twips height)
+    : Form(std::move(name), "A test", style, width, height) {}
+
+void TestForm::OnQueryUnload(bool& cancel, ui::CloseReason reason) {
+  asked.push_back(reason);
+  cancel = refuses;
+}
+
+void UiTest::RunFor(ULONGLONG milliseconds) {
+  const ULONGLONG end = GetTickCount64() + milliseconds;
+  RunUntil([end] { return GetTickCount64() >= end; });
+}
+
+std::string ControlNameOf(HWND window) {
+  const auto atom = reinterpret_cast<std::uintptr_t>(GetPropA(window, "HarbourlineControl"));
+  char name[256] = "";
+  if (atom != 0) GlobalGetAtomNameA(static_cast<ATOM>(atom), name, sizeof name);
+  return name;
+}
+
+SIZE InnerSize(HWND window) {
+  RECT inner{};
+  GetClientRect(window, &inner);
+  return {inner.right, inner.bottom};
+}
+
+std::string TextOf(HWND window) {
+  std::string text(static_cast<std::size_t>(SendMessageA(window, WM_GETTEXTLENGTH, 0, 0)) + 1, '\0');
+  const LRESULT length = SendMessageA(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
+  text.resize(static_cast<std::size_t>(length));
+  return text;
+}
+
+void PressKey(WORD key) {
+  INPUT inputs[2]{};
+  for (INPUT& input : inputs) {
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = key;
+    input.ki.wScan = static_cast<WORD>(MapVirtualKeyA(key, MAPVK_VK_TO_VSC));
+  }
+  inputs[1].ki.dwFlags = KEYEVENTF_KEYUP;
+  SendInput(2, inputs, sizeof inputs[0]);
+}
+
+void ClickAt(int x, int y) {
+  INPUT inputs[3]{};
+  inputs[0].mi.dx = MulDiv(x, 65536, GetSystemMetrics(SM_CXSCREEN)) + 1;
+  inputs[0].mi.dy = MulDiv(y, 65536, GetSystemMetrics(SM_CYSCREEN)) + 1;
+  inputs[0].mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
+  inputs[1].mi.dwFlags = MOUSEEVENTF_LEFTDOWN;
+  inputs[2].mi.dwFlags = MOUSEEVENTF_LEFTUP;
+  SendInput(3, inputs, sizeof inputs[0]);
+}
+
+HWND FindOwnWindow(const char* className, const char* title) {
+  struct Search {
+    const char* className;
+    const char* title;
+    HWND found = nullptr;
+  } search{className, title};
+  EnumWindows(
+      [](HWND window, LPARAM parameter) -> BOOL {
+        auto& wanted = *reinterpret_cast<Search*>(parameter);
+        DWORD process = 0;
+        GetWindowThreadProcessId(window, &process);
+        if (process != GetCurrentProcessId() || !IsWindowVisible(window)) return TRUE;
+        char text[256];
+        GetClassNameA(window, text, sizeof text);
+        if (std::string(wanted.className) != text) return TRUE;
+        GetWindowTextA(window, text, sizeof text);
+        if (wanted.title && std::string(wanted.title) != text) return TRUE;
+        wanted.found = window;
+        return FALSE;
+      },
+      reinterpret_cast<LPARAM>(&search));
+  return search.found;
+}
+
+}  // namespace support
