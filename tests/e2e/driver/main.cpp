@@ -1,0 +1,138 @@
+// The desktop for scripts: finds windows, tells their texts and places, presses keys and buttons.
+
+#include <windows.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "driver/Desktop.h"
+#include "driver/Input.h"
+
+namespace {
+
+constexpr int kDone = 0;
+constexpr int kNotFound = 1;
+constexpr int kWrongUse = 2;
+
+int Usage() {
+  std::fputs(
+      "driver windows [--program FILE] [--class NAME] [--title TEXT] [--within SECONDS] [--gone]\n"
+      "    The visible top-level windows that match, the frontmost first, one a line:\n"
+      "    handle, x, y, width, height, program, class and title, with tabs between them.\n"
+      "    Waits up to so many seconds until there is one, or with --gone until there is none.\n"
+      "    Exit code 0 when it is so, 1 when it isn't.\n"
+      "driver inside HANDLE\n"
+      "    The visible windows inside that one, in the same form. Line ends in a text are told as \\n.\n"
+      "driver keys KEYS\n"
+      "    Letters as they stand, keys by name: {ENTER} {ESC} {TAB} {SPACE} {UP} {DOWN} {LEFT} {RIGHT} ...\n"
+      "driver click X Y [right]\n",
+      stderr);
+  return kWrongUse;
+}
+
+struct Search {
+  std::optional<std::string> program;
+  std::optional<std::string> className;
+  std::optional<std::string> title;
+  double seconds = 0;
+  bool gone = false;
+};
+
+std::vector<desktop::Window> Find(const Search& search) {
+  const auto matches = [](const std::optional<std::string>& wanted, const std::string& text) {
+    return !wanted || lstrcmpiA(wanted->c_str(), text.c_str()) == 0;
+  };
+  std::vector<desktop::Window> found;
+  for (desktop::Window& window : desktop::TopLevelWindows()) {
+    if (matches(search.program, window.program) && matches(search.className, window.className) &&
+        matches(search.title, window.text)) {
+      found.push_back(std::move(window));
+    }
+  }
+  return found;
+}
+
+std::string OnOneLine(std::string_view text) {
+  std::string line;
+  for (const char c : text) {
+    if (c == '\n') {
+      line += "\\n";
+    } else if (c != '\r') {
+      line += c == '\t' ? ' ' : c;
+    }
+  }
+  return line;
+}
+
+void Print(const std::vector<desktop::Window>& windows) {
+  for (const desktop::Window& window : windows) {
+    const RECT& place = window.place;
+    std::printf("%llu\t%ld\t%ld\t%ld\t%ld\t%s\t%s\t%s\n",
+                static_cast<unsigned long long>(reinterpret_cast<ULONG_PTR>(window.handle)), place.left,
+                place.top, place.right - place.left, place.bottom - place.top, window.program.c_str(),
+                window.className.c_str(), OnOneLine(window.text).c_str());
+  }
+}
+
+int Windows(const std::vector<std::string>& arguments) {
+  Search search;
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    if (arguments[i] == "--gone") {
+      search.gone = true;
+      continue;
+    }
+    if (i + 1 == arguments.size()) return Usage();
+    const std::string& value = arguments[i + 1];
+    if (arguments[i] == "--program") {
+      search.program = value;
+    } else if (arguments[i] == "--class") {
+      search.className = value;
+    } else if (arguments[i] == "--title") {
+      search.title = value;
+    } else if (arguments[i] == "--within") {
+      search.seconds = std::atof(value.c_str());
+    } else {
+      return Usage();
+    }
+    ++i;
+  }
+
+  const ULONGLONG end = GetTickCount64() + static_cast<ULONGLONG>(search.seconds * 1000);
+  std::vector<desktop::Window> found = Find(search);
+  while (found.empty() != search.gone && GetTickCount64() < end) {
+    Sleep(20);
+    found = Find(search);
+  }
+  Print(found);
+  return found.empty() == search.gone ? kDone : kNotFound;
+}
+
+int Run(const std::vector<std::string>& arguments) {
+  if (arguments.empty()) return Usage();
+  const std::string& command = arguments[0];
+  if (command == "windows") return Windows({arguments.begin() + 1, arguments.end()});
+  if (command == "inside" && arguments.size() == 2) {
+    const auto handle = reinterpret_cast<HWND>(std::strtoull(arguments[1].c_str(), nullptr, 10));
+    if (!IsWindow(handle)) return kNotFound;
+    Print(desktop::Inside(handle));
+    return kDone;
+  }
+  if (command == "keys" && arguments.size() == 2) return desktop::Type(arguments[1]) ? kDone : kNotFound;
+  if (command == "click" && (arguments.size() == 3 || (arguments.size() == 4 && arguments[3] == "right"))) {
+    return desktop::Click(std::atoi(arguments[1].c_str()), std::atoi(arguments[2].c_str()),
+                          arguments.size() == 4 ? desktop::MouseButton::kRight : desktop::MouseButton::kLeft)
+               ? kDone
+               : kNotFound;
+  }
+  return Usage();
+}
+
+}  // namespace
+
+int main(int count, char** values) {
+  return Run({values + 1, values + count});
+}

@@ -1,0 +1,209 @@
+#include "support/Program.h"
+
+#include <algorithm>
+
+#include "driver/Input.h"
+
+namespace {
+
+std::string ModuleFolder() {
+  char path[MAX_PATH] = "";
+  GetModuleFileNameA(nullptr, path, sizeof path);
+  std::string folder = path;
+  return folder.substr(0, folder.find_last_of('\\'));
+}
+
+std::string FreshFolder() {
+  static int number = 0;
+  char temporary[MAX_PATH] = "";
+  GetTempPathA(sizeof temporary, temporary);
+  std::string folder = std::string(temporary) + "harbourline-" + std::to_string(GetCurrentProcessId()) + "-" +
+                       std::to_string(++number);
+  CreateDirectoryA(folder.c_str(), nullptr);
+  return folder;
+}
+
+std::string ControlNameOf(HWND window) {
+  const auto atom = reinterpret_cast<std::uintptr_t>(GetPropA(window, "HarbourlineControl"));
+  char name[256] = "";
+  if (atom != 0) GlobalGetAtomNameA(static_cast<ATOM>(atom), name, sizeof name);
+  return name;
+}
+
+std::string WithoutAccessKey(std::string caption) {
+  std::erase(caption, '&');
+  return caption;
+}
+
+/// The windows of one process, hidden ones too.
+template <typename Visit>
+void ForEachWindow(DWORD process, Visit visit) {
+  struct Search {
+    DWORD process;
+    Visit* visit;
+  } search{process, &visit};
+  EnumWindows(
+      [](HWND window, LPARAM parameter) -> BOOL {
+        const auto& wanted = *reinterpret_cast<Search*>(parameter);
+        DWORD owner = 0;
+        GetWindowThreadProcessId(window, &owner);
+        if (owner == wanted.process) (*wanted.visit)(window);
+        return TRUE;
+      },
+      reinterpret_cast<LPARAM>(&search));
+}
+
+POINT MiddleOf(const RECT& place) {
+  return {(place.left + place.right) / 2, (place.top + place.bottom) / 2};
+}
+
+}  // namespace
+
+Program::Program() : folder_(FreshFolder()) {
+  CopyFileA((ModuleFolder() + "\\" HARBOURLINE_EXECUTABLE).c_str(), Executable().c_str(), FALSE);
+}
+
+Program::~Program() {
+  for (const PROCESS_INFORMATION& process : processes_) {
+    TerminateProcess(process.hProcess, 99);
+    WaitForSingleObject(process.hProcess, 10'000);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+  }
+  WIN32_FIND_DATAA found;
+  const HANDLE search = FindFirstFileA((folder_ + "\\*").c_str(), &found);
+  do {
+    DeleteFileA((folder_ + "\\" + found.cFileName).c_str());
+  } while (FindNextFileA(search, &found));
+  FindClose(search);
+  RemoveDirectoryA(folder_.c_str());
+}
+
+void Program::Start() {
+  STARTUPINFOA startup{};
+  startup.cb = sizeof startup;
+  PROCESS_INFORMATION process{};
+  std::string command = "\"" + Executable() + "\"";
+  if (CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, folder_.c_str(), &startup,
+                     &process)) {
+    processes_.push_back(process);
+  }
+}
+
+bool Program::StartAndWait() {
+  Start();
+  // The icon is there before the start is over; a program that waits for input has nothing left to do.
+  return WaitForInputIdle(processes_.back().hProcess, 20'000) == 0 &&
+         WaitFor([this] { return Find("frmSysTray") != nullptr && Icon().has_value(); });
+}
+
+bool Program::HasEnded() const {
+  return WaitForSingleObject(processes_.back().hProcess, 0) == WAIT_OBJECT_0;
+}
+
+bool Program::WaitForEnd() const {
+  return WaitForSingleObject(processes_.back().hProcess, 20'000) == WAIT_OBJECT_0;
+}
+
+DWORD Program::ExitCode() const {
+  DWORD code = 0;
+  GetExitCodeProcess(processes_.back().hProcess, &code);
+  return code;
+}
+
+int Program::Running() const {
+  return static_cast<int>(std::count_if(processes_.begin(), processes_.end(), [](const PROCESS_INFORMATION& process) {
+    return WaitForSingleObject(process.hProcess, 0) != WAIT_OBJECT_0;
+  }));
+}
+
+HWND Program::Find(const std::string& controlName) const {
+  HWND found = nullptr;
+  ForEachWindow(processes_.back().dwProcessId, [&](HWND window) {
+    if (ControlNameOf(window) == controlName) found = window;
+  });
+  return found;
+}
+
+std::optional<Box> Program::FindBox() const {
+  HWND window = nullptr;
+  ForEachWindow(processes_.back().dwProcessId, [&](HWND candidate) {
+    char name[16] = "";
+    GetClassNameA(candidate, name, sizeof name);
+    if (std::string(name) == "#32770" && IsWindowVisible(candidate)) window = candidate;
+  });
+  if (!window) return std::nullopt;
+  Box box{window, desktop::TextOf(window), {}, {}};
+  for (const desktop::Window& part : desktop::Inside(window)) {
+    if (part.className == "Button") box.buttons.push_back(WithoutAccessKey(part.text));
+    if (part.className == "Static" && !part.text.empty()) box.text += part.text;
+  }
+  if (box.buttons.empty() || box.text.empty()) return std::nullopt;
+  return box;
+}
+
+std::optional<Box> Program::WaitForBox() const {
+  return WaitFor([this] { return FindBox(); });
+}
+
+bool Program::Press(const Box& box, const std::string& caption) {
+  for (const desktop::Window& part : desktop::Inside(box.window)) {
+    if (part.className != "Button" || WithoutAccessKey(part.text) != caption) continue;
+    const POINT place = MiddleOf(part.place);
+    desktop::Click(place.x, place.y, desktop::MouseButton::kLeft);
+    return WaitFor([&] { return !IsWindow(box.window) || !IsWindowVisible(box.window); });
+  }
+  return false;
+}
+
+std::optional<POINT> Program::Icon() {
+  for (const desktop::Window& window : desktop::TopLevelWindows()) {
+    if (window.text != "Wine System Tray") continue;
+    const auto icons = desktop::Inside(window.handle);
+    if (!icons.empty()) return MiddleOf(icons.front().place);
+  }
+  return std::nullopt;
+}
+
+int Program::OpenMenus() const {
+  int menus = 0;
+  ForEachWindow(processes_.back().dwProcessId, [&](HWND window) {
+    char name[16] = "";
+    GetClassNameA(window, name, sizeof name);
+    if (std::string(name) == "#32768" && IsWindowVisible(window)) ++menus;
+  });
+  return menus;
+}
+
+bool Program::OpenMenu() const {
+  // The window manager may still move the notification area to its place when the click comes, so a click that opened
+  // nothing is repeated, as a user would.
+  for (int attempt = 0; attempt < 8; ++attempt) {
+    const auto icon = WaitFor([] { return Icon(); });
+    if (!icon) return false;
+    desktop::Click(icon->x, icon->y, desktop::MouseButton::kRight);
+    const ULONGLONG end = GetTickCount64() + 1'500;
+    while (GetTickCount64() < end) {
+      if (OpenMenus() == 1) return true;
+      Sleep(20);
+    }
+  }
+  return false;
+}
+
+bool Program::Choose(const std::string& keys) const {
+  if (!OpenMenu()) return false;
+  for (const char key : keys) {
+    const int before = OpenMenus();
+    if (!desktop::Type(std::string(1, key))) return false;
+    // Each key opens a submenu, moves in it, or chooses, which closes all of them.
+    if (!WaitFor([&] { return OpenMenus() != before; })) return false;
+  }
+  return WaitFor([this] { return OpenMenus() == 0; });
+}
+
+bool Program::Exit() const {
+  if (!Choose("e")) return false;
+  const auto box = WaitForBox();
+  return box && Press(*box, "Yes") && WaitForEnd();
+}

@@ -1,0 +1,80 @@
+#include "support/Recording.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <fstream>
+#include <stdexcept>
+
+namespace {
+
+constexpr char kScripts[] = "Software\\Harbourline Recording";
+
+void RegisterPlugIn() {
+  char path[MAX_PATH] = "";
+  GetModuleFileNameA(nullptr, path, sizeof path);
+  std::string file = path;
+  file = file.substr(0, file.find_last_of('\\') + 1) + HARBOURLINE_RECORDING_PLUG_IN;
+  const HMODULE library = LoadLibraryA(file.c_str());
+  if (!library) throw std::runtime_error("no recording plug-in: " + file);
+  const auto registerServer =
+      reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(reinterpret_cast<void*>(GetProcAddress(library, "DllRegisterServer")));
+  if (!registerServer || FAILED(registerServer())) throw std::runtime_error("the recording plug-in can't be registered");
+  FreeLibrary(library);
+}
+
+}  // namespace
+
+Recording::Recording() {
+  static int number = 0;
+  char folder[MAX_PATH] = "";
+  GetTempPathA(sizeof folder, folder);
+  path_ = std::string(folder) + "recording-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++number) +
+          ".txt";
+  RegisterPlugIn();
+  RegDeleteTreeA(HKEY_CURRENT_USER, kScripts);
+  SetEnvironmentVariableA("HARBOURLINE_RECORDING", path_.c_str());
+}
+
+Recording::~Recording() {
+  SetEnvironmentVariableA("HARBOURLINE_RECORDING", nullptr);
+  DeleteFileA(path_.c_str());
+}
+
+void Recording::Script(const std::string& className, const std::string& name, const std::string& value) {
+  RegSetKeyValueA(HKEY_CURRENT_USER, (std::string(kScripts) + "\\" + className).c_str(), name.c_str(), REG_SZ,
+                  value.c_str(), static_cast<DWORD>(value.size() + 1));
+}
+
+std::vector<std::string> Recording::Lines() const {
+  std::ifstream file(path_);
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(file, line);) {
+    if (line.find("IServer_CheckForWarning") == line.npos) lines.push_back(line);
+  }
+  return lines;
+}
+
+std::vector<std::string> Recording::LinesFrom(std::size_t first) const {
+  const auto lines = Lines();
+  return {lines.begin() + static_cast<std::ptrdiff_t>(std::min(first, lines.size())), lines.end()};
+}
+
+std::vector<std::string> Recording::Calls(const std::string& member) const {
+  std::vector<std::string> calls;
+  for (const std::string& line : Lines()) {
+    const std::size_t place = line.find(" " + member + " ");
+    if (place != line.npos) calls.push_back(line.substr(place + member.size() + 2));
+  }
+  return calls;
+}
+
+bool Recording::Raise(const std::string& className, const std::string& event) {
+  const HWND source = FindWindowA("HarbourlineRecordingEvents", className.c_str());
+  if (!source) return false;
+  COPYDATASTRUCT data{};
+  data.cbData = static_cast<DWORD>(event.size());
+  data.lpData = const_cast<char*>(event.data());
+  SendMessageA(source, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&data));
+  return true;
+}
