@@ -1,33 +1,10 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include "support/Program.h"
-#include "support/Recording.h"
-#include "support/Settings.h"
+#include "support/Scene.h"
 
 namespace {
 
 using testing::ElementsAre;
 
-class StartTest : public testing::Test {
- protected:
-  StartTest() {
-    settings::Clear();
-    // The title window would only cost each test its seven seconds.
-    settings::Write("ShowSplashOnStartup", "False");
-  }
-
-  /// The recording plug-in stands selected, as after a save of the running version.
-  void SelectRecording() {
-    settings::Write({{"Version", HARBOURLINE_VERSION},
-                     {"RouterCount", "1"},
-                     {"Router_1", Recording::kClass},
-                     {"RouterClass", Recording::kClass}});
-  }
-
-  Recording recording;
-  Program program;
-};
+class StartTest : public Scene {};
 
 TEST_F(StartTest, AFirstStartFindsNoSettingsAndLeavesTheDefaults) {
   settings::Clear();
@@ -103,11 +80,12 @@ TEST_F(StartTest, AProfileStoredAsEnabledIsSentAgainAtTheStart) {
   ASSERT_TRUE(program.StartAndWait());
   const auto calls = recording.Calls("IServer_SetPortForwarding");
   ASSERT_EQ(calls.size(), 1u);
-  EXPECT_THAT(calls[0],
-              testing::StartsWith("METHOD+GET (BYREF+ARRAY+DISPATCH [0..0] {sProfileName=BSTR \"Game\"; "
-                                  "sDescription=BSTR \"Mapping of Game\"; lBeginPort=I4 27015; lEndPort=I4 27016; "
-                                  "bUDP=BOOL True; bTCP=BOOL True; iForwardIPAddress=I2 12; bClearEntry=BOOL False}, "
-                                  "BYREF+I2 "));
+  EXPECT_THAT(
+      calls[0],
+      testing::StartsWith("METHOD+GET (BYREF+ARRAY+DISPATCH [0..0] {sProfileName=BSTR \"Game\"; "
+                          "sDescription=BSTR \"Mapping of Game\"; lBeginPort=I4 27015; lEndPort=I4 27016; "
+                          "bUDP=BOOL True; bTCP=BOOL True; iForwardIPAddress=I2 12; bClearEntry=BOOL False}, "
+                          "BYREF+I2 "));
   EXPECT_TRUE(program.Exit());
 }
 
@@ -134,8 +112,10 @@ TEST_F(StartTest, ARefusingRouterAtTheStartBringsUpTheFiveCauses) {
   EXPECT_EQ(box->title, "Harbourline");
   EXPECT_THAT(box->buttons, ElementsAre("OK"));
   EXPECT_THAT(box->text, testing::HasSubstr("An error occurred during profile activation."));
-  EXPECT_THAT(box->text, testing::HasSubstr("   4) Plug-in you are using is not compatable with your router."));
-  EXPECT_THAT(box->text, testing::HasSubstr("   5) Router has not been setup. Need to run Setup Wizard again."));
+  EXPECT_THAT(box->text,
+              testing::HasSubstr("   4) Plug-in you are using is not compatable with your router."));
+  EXPECT_THAT(box->text,
+              testing::HasSubstr("   5) Router has not been setup. Need to run Setup Wizard again."));
   ASSERT_TRUE(Program::Press(*box, "OK"));
   EXPECT_TRUE(program.Exit());
 }
@@ -144,7 +124,38 @@ TEST_F(StartTest, WhatThePlugInSeesFromStartToExitIsTheSettledListOfCalls) {
   SelectRecording();
   ASSERT_TRUE(program.StartAndWait());
   ASSERT_TRUE(program.Exit());
-  for (const auto& line : recording.Lines()) std::printf("%s\n", line.c_str());
+  const std::string local = LocalAddress();
+  const auto call = [](const std::string& member, const std::string& arguments = "()") {
+    return std::string(Recording::kClass) + " " + member + " METHOD+GET " + arguments;
+  };
+  const std::string advised = std::string(Recording::kClass) + " advised";
+  const std::string unadvised = std::string(Recording::kClass) + " unadvised";
+  const std::string setLogging = call("IServer_SetLogging", "(BYREF+BSTR \"" + local + "\")");
+  EXPECT_THAT(
+      recording.Lines(),
+      ElementsAre(std::string(Recording::kClass) + " created",
+                  // The list of known routers, and the selected one among them.
+                  call("IServer_ServerTitle"), call("IServer_ClassName"),
+                  // The router page fills its list, which selects the router: a first look at it.
+                  call("IServer_ServerTitle"), call("IServer_ServerTitle"), call("IServer_Functional"),
+                  call("IServer_Version"), call("IServer_WANIP"), call("IServer_Functional"),
+                  call("IServer_EventHandler"), advised, call("IServer_EnableLog"),
+                  call("IServer_Functional"), setLogging,
+                  // The page is filled: a second look.
+                  call("IServer_Version"), call("IServer_WANIP"), call("IServer_Functional"), unadvised,
+                  call("IServer_EventHandler"), advised, call("IServer_EnableLog"),
+                  call("IServer_Functional"), setLogging,
+                  // The log binds to the router, and the active profiles, of which there are none, are sent.
+                  unadvised, call("IServer_EventHandler"), advised, call("IServer_EnableLog"),
+                  call("IServer_SetPortForwarding",
+                       "(BYREF+ARRAY+DISPATCH [10..10] null, BYREF+I2 " + LastOctet() + ")"),
+                  // The menu for the exit.
+                  call("IServer_WANIP"),
+                  call("IServer_GetFeatures", "(BYREF+ARRAY+BSTR [0..-1], BYREF+ARRAY+I2 [0..-1])"),
+                  // The exit.
+                  call("IServer_ApplicationExiting", "(BSTR \"" + local + "\")"), unadvised,
+                  call("IServer_ClassName"), call("IServer_ClassName"), call("IServer_SaveSettings"),
+                  std::string(Recording::kClass) + " released"));
 }
 
 }  // namespace

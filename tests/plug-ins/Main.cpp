@@ -10,7 +10,6 @@
 
 namespace {
 
-/// With gtest_discover_tests each test is a process of its own; regsvr32 runs only where tests run.
 class Registration : public testing::Environment {
  public:
   void SetUp() override {

@@ -45,7 +45,8 @@ class ActivationTest : public testing::Test {
     registry.AddMapProfile(profile, nullptr);
     return profile;
   }
-  /// What one run hands to the plug-in: each mapping as "profile host", with "!" behind one that is to be removed.
+  /// What one run hands to the plug-in: each mapping as "profile host", with "!" behind one that is to be
+  /// removed.
   std::vector<std::string> Sent(bool bReset = false) {
     std::vector<std::string> sent;
     script->Do("IServer_SetPortForwarding", [&](std::span<platform::Argument> arguments) -> base::Variant {
@@ -111,18 +112,20 @@ TEST_F(ActivationTest, AMappingToThisComputerArrivesWithTheLastOctetOfItsAddress
   bool bSuccess = false;
   world.network.localIP = "192.168.1.42";
   registry.ActivatePortForwarding(modCommon::GetLastOctet(world.network.localIP), false, bSuccess);
-  EXPECT_THAT(script->calls,
-              ElementsAre("call IServer_SetPortForwarding(&[0..0]{{\"Game\", \"to -1\", 100:32, 105:32, False, True, "
-                          "42:16, False}}, &42:16)"));
+  EXPECT_THAT(
+      script->calls,
+      ElementsAre("call IServer_SetPortForwarding(&[0..0]{{\"Game\", \"to -1\", 100:32, 105:32, False, True, "
+                  "42:16, False}}, &42:16)"));
 }
 
 TEST_F(ActivationTest, WithoutALocalAddressThisComputerIsHost0) {
   Add("Game", {-1})->bSet = true;
   bool bSuccess = false;
   registry.ActivatePortForwarding(modCommon::GetLastOctet(""), false, bSuccess);
-  EXPECT_THAT(script->calls,
-              ElementsAre("call IServer_SetPortForwarding(&[0..0]{{\"Game\", \"to -1\", 100:32, 105:32, False, True, "
-                          "0:16, False}}, &0:16)"));
+  EXPECT_THAT(
+      script->calls,
+      ElementsAre("call IServer_SetPortForwarding(&[0..0]{{\"Game\", \"to -1\", 100:32, 105:32, False, True, "
+                  "0:16, False}}, &0:16)"));
 }
 
 TEST_F(ActivationTest, AResetSendsForeignMappingsOfActiveProfilesWhichALaterRunDoesNot) {
@@ -198,8 +201,9 @@ TEST_F(ActivationTest, AMappingWithNeitherProtocolIsSentWithNeither) {
   profile->bSet = true;
   registry.AddMapProfile(profile, nullptr);
   Run();
-  EXPECT_THAT(script->calls, ElementsAre("call IServer_SetPortForwarding(&[0..0]{{\"\", \"\", 0:32, 0:32, False, False, "
-                                         "0:16, False}}, &7:16)"));
+  EXPECT_THAT(script->calls,
+              ElementsAre("call IServer_SetPortForwarding(&[0..0]{{\"\", \"\", 0:32, 0:32, False, False, "
+                          "0:16, False}}, &7:16)"));
 }
 
 TEST_F(ActivationTest, TheMarksAreUpToDateBeforeThePlugInIsCalled) {

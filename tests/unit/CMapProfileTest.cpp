@@ -49,7 +49,8 @@ class CMapProfileTest : public testing::Test {
     return base::Error(0, "");
   }
   void Load() { profile.Load("Harbourline", "RouterSection", "MP_1_"); }
-  /// Reads `line` as the profile's header with `bytes` as the rest of the file, and gives what is left of that.
+  /// Reads `line` as the profile's header with `bytes` as the rest of the file, and gives what is left of
+  /// that.
   std::string Read(const std::string& line, const std::string& bytes, bool expected = true) {
     world.folder.Write("in", bytes);
     base::TextFileReader file(world.folder.PathOf("in"));
@@ -106,14 +107,13 @@ TEST_F(CMapProfileTest, SavesItsValuesInOrderWithTheMappingsInBetween) {
   profile.AddMapping(MakeMapping("Game", 1));
   profile.AddMapping(MakeMapping("Voice", 2));
   profile.Save("Harbourline", "RouterSection", "MP_1_");
-  EXPECT_THAT(
-      world.journal,
-      ElementsAre("MP_1_Description=Ports for the game", "MP_1_Name=Game server", "MP_1_MapCount=2",
-                  "MP_1_MAP_1_Description=Game", "MP_1_MAP_1_BeginPort=1", "MP_1_MAP_1_EndPort=1",
-                  "MP_1_MAP_1_Protocal=1", "MP_1_MAP_1_ForwardIPAddress=-1", "MP_1_MAP_2_Description=Voice",
-                  "MP_1_MAP_2_BeginPort=2", "MP_1_MAP_2_EndPort=2", "MP_1_MAP_2_Protocal=1",
-                  "MP_1_MAP_2_ForwardIPAddress=-1", "MP_1_WindowTitle=Game", "MP_1_WindowClass=GameClass",
-                  "MP_1_AutoActivate=False", "MP_1_Enabled=True"));
+  EXPECT_THAT(world.journal,
+              ElementsAre("MP_1_Description=Ports for the game", "MP_1_Name=Game server", "MP_1_MapCount=2",
+                          "MP_1_MAP_1_Description=Game", "MP_1_MAP_1_BeginPort=1", "MP_1_MAP_1_EndPort=1",
+                          "MP_1_MAP_1_Protocal=1", "MP_1_MAP_1_ForwardIPAddress=-1",
+                          "MP_1_MAP_2_Description=Voice", "MP_1_MAP_2_BeginPort=2", "MP_1_MAP_2_EndPort=2",
+                          "MP_1_MAP_2_Protocal=1", "MP_1_MAP_2_ForwardIPAddress=-1", "MP_1_WindowTitle=Game",
+                          "MP_1_WindowClass=GameClass", "MP_1_AutoActivate=False", "MP_1_Enabled=True"));
 }
 
 TEST_F(CMapProfileTest, LoadsWhatWasSavedButNotTheMarks) {
@@ -209,11 +209,13 @@ TEST_F(CMapProfileTest, WritesHeaderMappingsAndTrailer) {
 }
 
 TEST_F(CMapProfileTest, ReadsUpToItsTrailer) {
-  EXPECT_EQ(Read("<MapProfile Name=\"Game\" Description=\"D\" WindowTitle=\"T\" WindowClass=\"C\" AutoActivate=True "
-                 "Enabled=True>",
-                 "<Mapping Description=\"a\">\r\n</Mapping>\r\n<Mapping Description=\"b\">\r\n</Mapping>\r\n"
-                 "</MapProfile>\r\nrest\r\n"),
-            "rest|");
+  EXPECT_EQ(
+      Read(
+          "<MapProfile Name=\"Game\" Description=\"D\" WindowTitle=\"T\" WindowClass=\"C\" AutoActivate=True "
+          "Enabled=True>",
+          "<Mapping Description=\"a\">\r\n</Mapping>\r\n<Mapping Description=\"b\">\r\n</Mapping>\r\n"
+          "</MapProfile>\r\nrest\r\n"),
+      "rest|");
   EXPECT_EQ(profile.sName, "Game");
   EXPECT_EQ(profile.sDescription, "D");
   EXPECT_EQ(profile.sWindowTitle, "T");
@@ -229,7 +231,8 @@ TEST_F(CMapProfileTest, ReadsNothingWhenTheLineIsNoHeader) {
 }
 
 TEST_F(CMapProfileTest, SkipsALineThatIsNeitherTrailerNorMapping) {
-  Read("<MapProfile>", "junk\r\n\r\n<MapProfile Name=\"inner\">\r\n<Mapping Description=\"a\">\r\n</Mapping>\r\n");
+  Read("<MapProfile>",
+       "junk\r\n\r\n<MapProfile Name=\"inner\">\r\n<Mapping Description=\"a\">\r\n</Mapping>\r\n");
   EXPECT_THAT(Descriptions(profile), ElementsAre("a"));
   EXPECT_EQ(profile.sName, "");
   EXPECT_THAT(errors, IsEmpty());

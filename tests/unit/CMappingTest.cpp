@@ -38,7 +38,8 @@ class CMappingTest : public testing::Test {
     }
     return "";
   }
-  /// Reads `line` as the mapping's header with `bytes` as the rest of the file, and gives what is left of that.
+  /// Reads `line` as the mapping's header with `bytes` as the rest of the file, and gives what is left of
+  /// that.
   std::string Read(const std::string& line, const std::string& bytes, bool expected = true) {
     world.folder.Write("in", bytes);
     base::TextFileReader file(world.folder.PathOf("in"));
@@ -48,8 +49,8 @@ class CMappingTest : public testing::Test {
     return rest;
   }
   static std::string Text(const CMapping& what) {
-    return what.sDescription() + " " + base::ToText(what.lBeginPort()) + "-" + base::ToText(what.lEndPort()) + " " +
-           base::ToText(what.Protocal()) + " " + base::ToText(what.iForwardIPAddress());
+    return what.sDescription() + " " + base::ToText(what.lBeginPort()) + "-" + base::ToText(what.lEndPort()) +
+           " " + base::ToText(what.Protocal()) + " " + base::ToText(what.iForwardIPAddress());
   }
 
   support::World world;
@@ -106,9 +107,9 @@ TEST_F(CMappingTest, SavesFiveValuesInOrder) {
   mapping.Protocal(1);
   mapping.iForwardIPAddress(-1);
   mapping.Save("Harbourline", "RouterSection", "MP_1_MAP_2_");
-  EXPECT_THAT(world.journal,
-              ElementsAre("MP_1_MAP_2_Description=Voice", "MP_1_MAP_2_BeginPort=27015", "MP_1_MAP_2_EndPort=27030",
-                          "MP_1_MAP_2_Protocal=1", "MP_1_MAP_2_ForwardIPAddress=-1"));
+  EXPECT_THAT(world.journal, ElementsAre("MP_1_MAP_2_Description=Voice", "MP_1_MAP_2_BeginPort=27015",
+                                         "MP_1_MAP_2_EndPort=27030", "MP_1_MAP_2_Protocal=1",
+                                         "MP_1_MAP_2_ForwardIPAddress=-1"));
 }
 
 TEST_F(CMappingTest, LoadsAsBothProtocolsToThisComputerOnPort0WhenNothingIsStored) {
@@ -148,7 +149,8 @@ TEST_F(CMappingTest, FailsToLoadANumberThatIsNone) {
   for (const char* name : {"BeginPort", "EndPort", "Protocal", "ForwardIPAddress"}) {
     for (const char* text : {"", "abc", "\xE4"}) {
       world.settings.Values() = {{std::string("M_") + name, text}};
-      EXPECT_THAT(FailureOfLoad(), HasSubstr(std::string("\"M_") + name + "\" holds \"" + text + "\", which is not"));
+      EXPECT_THAT(FailureOfLoad(),
+                  HasSubstr(std::string("\"M_") + name + "\" holds \"" + text + "\", which is not"));
     }
   }
 }
@@ -181,9 +183,10 @@ TEST_F(CMappingTest, WritesAnElementOfTwoLines) {
 }
 
 TEST_F(CMappingTest, ReadsAnElementOfTwoLinesAndNoMore) {
-  EXPECT_EQ(Read("<Mapping Description=\"Game\" BeginPort=27015 EndPort=27030 Protocal=1 ForwardIPAddress=-1>",
-                 "</Mapping>\r\n<Mapping>\r\n"),
-            "<Mapping>|");
+  EXPECT_EQ(
+      Read("<Mapping Description=\"Game\" BeginPort=27015 EndPort=27030 Protocal=1 ForwardIPAddress=-1>",
+           "</Mapping>\r\n<Mapping>\r\n"),
+      "<Mapping>|");
   EXPECT_EQ(Text(mapping), "Game 27015-27030 1 -1");
   EXPECT_THAT(errors, IsEmpty());
 }

@@ -132,12 +132,14 @@ TEST_F(CRegistryTest, SavesEverythingInTheSettledOrder) {
       world.journal,
       ElementsAre("delete Harbourline\\RouterSection", "RouterCount=2", "get IServer_ClassName",
                   "Router_1=First.Router", "get IServer_ClassName", "Router_2=Second.Router",
-                  "get IServer_ClassName", "RouterClass=Second.Router", "Version=" + modCommon::GetVersionString(),
-                  "LoadOnStartup=True", "ShowSplashOnStartup=True", "TrayLights=1",
+                  "get IServer_ClassName", "RouterClass=Second.Router",
+                  "Version=" + modCommon::GetVersionString(), "LoadOnStartup=True",
+                  "ShowSplashOnStartup=True", "TrayLights=1",
                   "autostart Harbourline C:\\Programs\\Harbourline\\Harbourline.exe", "MapProfileCount=1",
-                  "MP_1_Description=", "MP_1_Name=Game", "MP_1_MapCount=0", "MP_1_WindowTitle=", "MP_1_WindowClass=",
-                  "MP_1_AutoActivate=False", "MP_1_Enabled=False", "ExportProfiles=True", "LastMenuLocation=Help",
-                  "AutomaticActivation=False", "FilterOutProfiles=False", "call IServer_SaveSettings()"));
+                  "MP_1_Description=", "MP_1_Name=Game", "MP_1_MapCount=0",
+                  "MP_1_WindowTitle=", "MP_1_WindowClass=", "MP_1_AutoActivate=False", "MP_1_Enabled=False",
+                  "ExportProfiles=True", "LastMenuLocation=Help", "AutomaticActivation=False",
+                  "FilterOutProfiles=False", "call IServer_SaveSettings()"));
   EXPECT_EQ(world.settings.reads.size(), 100u);
 }
 
@@ -249,8 +251,8 @@ TEST_F(CRegistryTest, AProfileCountOf3WithOneStoredYieldsTwoMoreWithoutAName) {
 
 TEST_F(CRegistryTest, AProfileCountOf32768IsTold) {
   EXPECT_EQ(FailureOfLoad({{"MapProfileCount", "32768"}}),
-            "The stored value \"MapProfileCount\" holds \"32768\", which is not between -32768 and 32767 (" + kPath +
-                ").");
+            "The stored value \"MapProfileCount\" holds \"32768\", which is not between -32768 and 32767 (" +
+                kPath + ").");
 }
 
 TEST_F(CRegistryTest, NegativeCountsLoadNothing) {
@@ -267,8 +269,8 @@ TEST_F(CRegistryTest, ARouterCountThatIsNoNumberIsTold) {
 TEST_F(CRegistryTest, EveryNumberThatIsNoneIsTold) {
   for (const char* key : {"RouterCount", "TrayLights", "MapProfileCount"}) {
     for (const char* text : {"", "x", "\xE4\xF6", "1 2"}) {
-      EXPECT_THAT(FailureOfLoad({{key, text}}),
-                  HasSubstr(std::string("\"") + key + "\" holds \"" + text + "\", which is not a whole number"));
+      EXPECT_THAT(FailureOfLoad({{key, text}}), HasSubstr(std::string("\"") + key + "\" holds \"" + text +
+                                                          "\", which is not a whole number"));
     }
     EXPECT_THAT(FailureOfLoad({{key, "32768"}}), HasSubstr("which is not between -32768 and 32767"));
     EXPECT_THAT(FailureOfLoad({{key, "99999999999"}}), HasSubstr("which is not between -32768 and 32767"));
@@ -279,27 +281,29 @@ TEST_F(CRegistryTest, EveryBooleanThatIsNoneIsTold) {
   for (const char* key : {"LoadOnStartup", "ShowSplashOnStartup", "ExportProfiles", "AutomaticActivation",
                           "FilterOutProfiles"}) {
     for (const char* text : {"", "yes", "Wahr", "\xFF"}) {
-      EXPECT_THAT(FailureOfLoad({{key, text}}),
-                  HasSubstr(std::string("\"") + key + "\" holds \"" + text + "\", which is neither True nor False"));
+      EXPECT_THAT(FailureOfLoad({{key, text}}), HasSubstr(std::string("\"") + key + "\" holds \"" + text +
+                                                          "\", which is neither True nor False"));
     }
     EXPECT_EQ(FailureOfLoad({{key, "1"}}), "");
   }
 }
 
 TEST_F(CRegistryTest, TextsMayBeEmptyAndHoldAnyCharacter) {
-  const CRegistry& state = Load({{"Version", "\xE4"}, {"RouterClass", "\xE4"}, {"LastMenuLocation", "\xFF\xFE"}});
+  const CRegistry& state =
+      Load({{"Version", "\xE4"}, {"RouterClass", "\xE4"}, {"LastMenuLocation", "\xFF\xFE"}});
   EXPECT_EQ(state.Version(), "\xE4");
   EXPECT_EQ(state.LastMenuLocation, "\xFF\xFE");
 }
 
 TEST_F(CRegistryTest, AFailureInAProfileNamesItsValue) {
-  EXPECT_THAT(FailureOfLoad({{"MapProfileCount", "2"}, {"MP_2_MapCount", "1"}, {"MP_2_MAP_1_BeginPort", "eighty"}}),
-              HasSubstr("\"MP_2_MAP_1_BeginPort\" holds \"eighty\""));
+  EXPECT_THAT(
+      FailureOfLoad({{"MapProfileCount", "2"}, {"MP_2_MapCount", "1"}, {"MP_2_MAP_1_BeginPort", "eighty"}}),
+      HasSubstr("\"MP_2_MAP_1_BeginPort\" holds \"eighty\""));
 }
 
 TEST_F(CRegistryTest, AStateThatFailedToLoadIsNeverSaved) {
-  const std::map<std::string, std::string> before = {{"TrayLights", "x"}, {"MapProfileCount", "1"},
-                                                     {"MP_1_Name", "Game"}};
+  const std::map<std::string, std::string> before = {
+      {"TrayLights", "x"}, {"MapProfileCount", "1"}, {"MP_1_Name", "Game"}};
   EXPECT_NE(FailureOfLoad(before), "");
   EXPECT_EQ(world.settings.Values(), before);
   EXPECT_THAT(world.systemHelper.entries, IsEmpty());
@@ -321,7 +325,8 @@ TEST_F(CRegistryTest, ItsEndSavesAndThenLetsGoOfEverythingInOrder) {
   state.RouterTitle("A");
   auto profile = MakeProfile("Game");
   const std::weak_ptr<CMapProfile> watchedProfile = profile;
-  state.AddMapProfile(std::move(profile), nullptr);
+  state.AddMapProfile(profile, nullptr);
+  profile.reset();
   state.Release();
   EXPECT_EQ(watch.aliveAtSave, 1);
   EXPECT_EQ(watch.script->alive, 0);

@@ -144,8 +144,9 @@ TEST_F(CXMLTest, AcceptsLeadingBlanksBeforeAHeaderButNoTab) {
 }
 
 TEST_F(CXMLTest, RefusesALineThatIsNoHeaderOfItsTag) {
-  for (const char* line : {"", " ", "<", "<Mapping", "Mapping>", "<Mappings A=1>", "<mapping A=1>", "<MAPPING>",
-                           "</Mapping>", "x<Mapping>", "<Mapping\tA=1>", "< Mapping>", "<Mapping/>", "<MapProfile>"}) {
+  for (const char* line :
+       {"", " ", "<", "<Mapping", "Mapping>", "<Mappings A=1>", "<mapping A=1>", "<MAPPING>", "</Mapping>",
+        "x<Mapping>", "<Mapping\tA=1>", "< Mapping>", "<Mapping/>", "<MapProfile>"}) {
     EXPECT_FALSE(xml.ReadHeader(line)) << line;
   }
   EXPECT_THAT(errors, IsEmpty());
@@ -194,7 +195,8 @@ TEST_F(CXMLTest, TakesEverythingUpToTheEqualsSignAsTheName) {
 }
 
 TEST_F(CXMLTest, ReadsNumbersByTheRulesOfText) {
-  EXPECT_THAT(Read("<Mapping A=2.5 B=3.5 C=1e2 D=+7>"), ElementsAre("A=2:32", "B=4:32", "C=100:32", "D=7:32"));
+  EXPECT_THAT(Read("<Mapping A=2.5 B=3.5 C=1e2 D=+7>"),
+              ElementsAre("A=2:32", "B=4:32", "C=100:32", "D=7:32"));
 }
 
 TEST_F(CXMLTest, TakesABlankBehindTheEqualsSignAsPartOfTheToken) {
@@ -259,7 +261,8 @@ TEST_F(CXMLTest, AcceptsItsTrailerWithBlanksAround) {
 }
 
 TEST_F(CXMLTest, RefusesALineThatIsNotItsTrailer) {
-  for (const char* line : {"", "</mapping>", "</Mapping> x", "</Mapping", "</MapProfile>", "\t</Mapping>", "<Mapping>"}) {
+  for (const char* line :
+       {"", "</mapping>", "</Mapping> x", "</Mapping", "</MapProfile>", "\t</Mapping>", "<Mapping>"}) {
     EXPECT_FALSE(xml.ReadTrailer(line)) << line;
   }
 }

@@ -76,8 +76,8 @@ TEST(Conversions, ReadAWholeTextAsANumber) {
 }
 
 TEST(Conversions, RefuseATextThatIsMoreThanANumber) {
-  for (const char* text : {"", " ", "abc", "12x", "x12", "1 2", "--1", "+-1", "+", "-", ".", "1.2.3", "1e", "e1",
-                           "0x10", "inf", "nan", "2>", "\t1", "1\n", "1,000"}) {
+  for (const char* text : {"",      " ",  "abc", "12x",  "x12", "1 2", "--1", "+-1", "+",   "-",    ".",
+                           "1.2.3", "1e", "e1",  "0x10", "inf", "nan", "2>",  "\t1", "1\n", "1,000"}) {
     EXPECT_EQ(FailureOfInt32(text), base::ErrorNumber::kTypeMismatch) << text;
     EXPECT_FALSE(base::IsNumeric(text)) << text;
   }
@@ -85,8 +85,9 @@ TEST(Conversions, RefuseATextThatIsMoreThanANumber) {
 
 TEST(Conversions, RefuseANulAndCharactersBeyondAscii) {
   EXPECT_FALSE(base::IsNumeric(std::string_view("1\0", 2)));
-  EXPECT_FALSE(base::IsNumeric("\xA0"
-                               "1"));
+  EXPECT_FALSE(
+      base::IsNumeric("\xA0"
+                      "1"));
   EXPECT_FALSE(base::IsNumeric("\xB2"));
 }
 

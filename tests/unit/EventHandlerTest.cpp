@@ -22,15 +22,16 @@ class EventHandlerTest : public testing::Test {
       heard.push_back("Error " + message + " " + std::to_string(number));
     });
     handler->IdentifyPort.Connect([this](std::int32_t port, std::string& description, bool& filterOut) {
-      heard.push_back("IdentifyPort " + std::to_string(port) + " " + description + (filterOut ? " out" : " in"));
+      heard.push_back("IdentifyPort " + std::to_string(port) + " " + description +
+                      (filterOut ? " out" : " in"));
       description = "named";
       filterOut = true;
     });
     handler->Log.Connect([this](const std::string& type, const std::string& source, std::int32_t sourcePort,
                                 const std::string& destination, std::int32_t destinationPort,
                                 const std::string& miscellaneous) {
-      heard.push_back("Log " + type + " " + source + " " + std::to_string(sourcePort) + " " + destination + " " +
-                      std::to_string(destinationPort) + " " + miscellaneous);
+      heard.push_back("Log " + type + " " + source + " " + std::to_string(sourcePort) + " " + destination +
+                      " " + std::to_string(destinationPort) + " " + miscellaneous);
     });
   }
 
@@ -47,7 +48,8 @@ class EventHandlerTest : public testing::Test {
 
   support::World world;
   std::shared_ptr<support::Script> script = std::make_shared<support::Script>();
-  std::shared_ptr<EventHandler> handler = EventHandler::Connect(std::make_shared<support::ScriptedObject>(script));
+  std::shared_ptr<EventHandler> handler =
+      EventHandler::Connect(std::make_shared<support::ScriptedObject>(script));
   std::vector<std::string> heard;
   std::vector<base::Variant> arguments;
 };

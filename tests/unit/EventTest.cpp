@@ -15,7 +15,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 struct Listener {
-  explicit Listener(std::vector<std::string>& heard, std::string name) : heard_(heard), name_(std::move(name)) {}
+  explicit Listener(std::vector<std::string>& heard, std::string name)
+      : heard_(heard), name_(std::move(name)) {}
   void Hear(int value) {
     heard_.push_back(name_ + std::to_string(value));
     if (then) then();

@@ -87,12 +87,14 @@ TEST_F(ExchangeTest, AWholeFileComesInAndGoesOutByteForByte) {
 }
 
 TEST_F(ExchangeTest, TheExportHoldsTheProfilesOfTheKeysInTheirOrder) {
-  Import("<MapProfile Name=\"A\">\r\n</MapProfile>\r\n<MapProfile Name=\"B\">\r\n</MapProfile>\r\n"
-         "<MapProfile Name=\"C\">\r\n</MapProfile>\r\n");
+  Import(
+      "<MapProfile Name=\"A\">\r\n</MapProfile>\r\n<MapProfile Name=\"B\">\r\n</MapProfile>\r\n"
+      "<MapProfile Name=\"C\">\r\n</MapProfile>\r\n");
   std::vector<std::string> keys;
   for (const auto& profile : registry.ccMapProfiles()) keys.push_back(profile->sKey());
-  const std::string rest = " Description=\"\" WindowTitle=\"\" WindowClass=\"\" AutoActivate=False Enabled=False>\r\n"
-                           "</MapProfile>\r\n";
+  const std::string rest =
+      " Description=\"\" WindowTitle=\"\" WindowClass=\"\" AutoActivate=False Enabled=False>\r\n"
+      "</MapProfile>\r\n";
   EXPECT_EQ(Export({keys[2], keys[0]}), "<MapProfile Name=\"C\"" + rest + "<MapProfile Name=\"A\"" + rest);
 }
 
@@ -102,7 +104,8 @@ TEST_F(ExchangeTest, AnExportOfNothingIsAnEmptyFileThatReplacesTheOldOne) {
 }
 
 TEST_F(ExchangeTest, AnExportOfAnUnknownKeyFailsWithoutAMessage) {
-  EXPECT_THROW(registry.ExportByKeys(world.folder.PathOf("out.prf"), std::vector<std::string>{"Map_x"}), base::Error);
+  EXPECT_THROW(registry.ExportByKeys(world.folder.PathOf("out.prf"), std::vector<std::string>{"Map_x"}),
+               base::Error);
   EXPECT_THAT(world.toolkit.messages, IsEmpty());
 }
 
@@ -141,9 +144,11 @@ TEST_F(ExchangeTest, ATagInLowerCaseIsNoProfileHeader) {
 }
 
 TEST_F(ExchangeTest, LeadingBlanksBeforeATagAndTrailingOnesAfterAClosingTagAreAccepted) {
-  EXPECT_EQ(Import("  <MapProfile Name=\"x\">\r\n   <Mapping BeginPort=80>\r\n  </Mapping>  \r\n </MapProfile>   \r\n"
-                   "<MapProfile Name=\"y\">\r\n</MapProfile>\r\n"),
-            kSuccess);
+  EXPECT_EQ(
+      Import(
+          "  <MapProfile Name=\"x\">\r\n   <Mapping BeginPort=80>\r\n  </Mapping>  \r\n </MapProfile>   \r\n"
+          "<MapProfile Name=\"y\">\r\n</MapProfile>\r\n"),
+      kSuccess);
   EXPECT_THAT(Names(), ElementsAre("x", "y"));
 }
 
@@ -181,8 +186,9 @@ TEST_F(ExchangeTest, EnabledIsTakenFromTheFileThoughNothingIsDoneOnTheRouter) {
 }
 
 TEST_F(ExchangeTest, AMappingFollowedAtOnceByAnotherLosesTheSecond) {
-  EXPECT_EQ(ImportMappings("<Mapping Description=\"first\">\r\n<Mapping Description=\"second\">\r\n</Mapping>\r\n"),
-            kPortions);
+  EXPECT_EQ(
+      ImportMappings("<Mapping Description=\"first\">\r\n<Mapping Description=\"second\">\r\n</Mapping>\r\n"),
+      kPortions);
   EXPECT_EQ(OnlyMapping().sDescription(), "first");
 }
 
@@ -203,9 +209,10 @@ TEST_F(ExchangeTest, AFileWithoutAProfileReportsSuccess) {
 }
 
 TEST_F(ExchangeTest, LinesOutsideProfilesAreSkipped) {
-  EXPECT_EQ(Import("before\r\n<Mapping BeginPort=1>\r\n<MapProfile Name=\"a\">\r\n</MapProfile>\r\nbetween\r\n"
-                   "</MapProfile>\r\n<MapProfile Name=\"b\">\r\n</MapProfile>\r\nafter"),
-            kSuccess);
+  EXPECT_EQ(
+      Import("before\r\n<Mapping BeginPort=1>\r\n<MapProfile Name=\"a\">\r\n</MapProfile>\r\nbetween\r\n"
+             "</MapProfile>\r\n<MapProfile Name=\"b\">\r\n</MapProfile>\r\nafter"),
+      kSuccess);
   EXPECT_THAT(Names(), ElementsAre("a", "b"));
 }
 
@@ -269,8 +276,9 @@ TEST_F(ExchangeTest, NulBytesAreOrdinaryCharacters) {
 }
 
 TEST_F(ExchangeTest, ALineOfManyMegabytesIsSkipped) {
-  EXPECT_EQ(Import("<MapProfile Name=\"a\">\r\n" + std::string(20 * 1024 * 1024, '<') + "\r\n</MapProfile>\r\n"),
-            kSuccess);
+  EXPECT_EQ(
+      Import("<MapProfile Name=\"a\">\r\n" + std::string(20 * 1024 * 1024, '<') + "\r\n</MapProfile>\r\n"),
+      kSuccess);
   EXPECT_THAT(Names(), ElementsAre("a"));
 }
 
@@ -316,11 +324,6 @@ TEST_F(ExchangeTest, AnImportedProfileHasNoMarksAndANewKey) {
 TEST_F(ExchangeTest, AnErrorOfAnImportedProfileIsNoLongerHeard) {
   Import(kWholeFile);
   (*registry.ccMapProfiles().begin())->ErrorOccured.Raise("late");
-  EXPECT_EQ(Import(""), kSuccess);
-}
-
-TEST_F(ExchangeTest, TheHandlerKeepsTheTextForTheEndOfTheTransfer) {
-  world.toolkit.whileMessage = [&](const ui::Message&) { registry.m_TemporaryProfile_ErrorOccured("later"); };
   EXPECT_EQ(Import(""), kSuccess);
 }
 

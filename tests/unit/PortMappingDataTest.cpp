@@ -33,7 +33,8 @@ TEST(PortMappingData, TakesEachFieldByTheOrdinaryConversions) {
   auto data = std::make_shared<PortMappingData>();
   const base::Variant values[] = {5, "Voice", "80", 2.5, 1, "True", std::int16_t{9}, -1};
   for (std::size_t i = 0; i < std::size(values); ++i) data->SetProperty(i, values[i]);
-  EXPECT_EQ(support::Describe(base::Variant(data)), "{\"5\", \"Voice\", 80:32, 2:32, True, True, 9:16, True}");
+  EXPECT_EQ(support::Describe(base::Variant(data)),
+            "{\"5\", \"Voice\", 80:32, 2:32, True, True, 9:16, True}");
 }
 
 TEST(PortMappingData, StaysAsItWasWhenAValueDoesNotConvert) {

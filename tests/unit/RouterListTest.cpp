@@ -55,8 +55,10 @@ TEST_F(RouterListTest, AWaitingPlugInWithNumber7AloneIsTakenUpAndTheValueIsGone)
 TEST_F(RouterListTest, AWaitingClassThatIsAlreadyKnownGivesOneEntryAheadOfTheOthers) {
   Install("A.Router", "A");
   Install("B.Router", "B");
-  world.settings.Values() = {
-      {"RouterCount", "2"}, {"Router_1", "A.Router"}, {"Router_2", "B.Router"}, {"RouterPlugIn_1", "B.Router"}};
+  world.settings.Values() = {{"RouterCount", "2"},
+                             {"Router_1", "A.Router"},
+                             {"Router_2", "B.Router"},
+                             {"RouterPlugIn_1", "B.Router"}};
   Load();
   EXPECT_THAT(Titles(), ElementsAre("B", "A"));
   registry->Save();
@@ -67,8 +69,8 @@ TEST_F(RouterListTest, AWaitingClassThatIsAlreadyKnownGivesOneEntryAheadOfTheOth
 TEST_F(RouterListTest, WaitingValuesAbove100AreNeverLookedAt) {
   Install("A.Router", "A");
   Install("B.Router", "B");
-  world.settings.Values() = {{"RouterPlugIn_100", "A.Router"}, {"RouterPlugIn_101", "B.Router"},
-                             {"RouterPlugIn_0", "B.Router"}};
+  world.settings.Values() = {
+      {"RouterPlugIn_100", "A.Router"}, {"RouterPlugIn_101", "B.Router"}, {"RouterPlugIn_0", "B.Router"}};
   Load();
   EXPECT_THAT(Titles(), ElementsAre("A"));
   EXPECT_TRUE(world.settings.Contains("RouterPlugIn_101"));

@@ -59,9 +59,10 @@ TEST_F(SettingsSectionTest, TellsAboutANumberThatIsTooLarge) {
             "The stored value \"P_Small\" holds \"32768\", which is not between -32768 and 32767 "
             "(HKEY_CURRENT_USER\\Software\\Harbourline\\RouterSection).");
   const base::Error large = FailureOf([&] { section.ReadInt32("Large", 0); });
-  EXPECT_EQ(large.Text(),
-            "The stored value \"P_Large\" holds \"2147483648\", which is not between -2147483648 and 2147483647 "
-            "(HKEY_CURRENT_USER\\Software\\Harbourline\\RouterSection).");
+  EXPECT_EQ(
+      large.Text(),
+      "The stored value \"P_Large\" holds \"2147483648\", which is not between -2147483648 and 2147483647 "
+      "(HKEY_CURRENT_USER\\Software\\Harbourline\\RouterSection).");
 }
 
 TEST_F(SettingsSectionTest, TellsAboutAValueThatIsNoBoolean) {

@@ -58,7 +58,8 @@ TEST_F(TextFileTest, TakesOnlyOneCarriageReturnOffTheEnd) {
 }
 
 TEST_F(TextFileTest, ReadsNulBytesAndCharactersBeyondAscii) {
-  EXPECT_THAT(LinesOf(std::string("a\0b\r\n\xE4\xFF\r\n", 9)), ElementsAre(std::string("a\0b", 3), "\xE4\xFF"));
+  EXPECT_THAT(LinesOf(std::string("a\0b\r\n\xE4\xFF\r\n", 9)),
+              ElementsAre(std::string("a\0b", 3), "\xE4\xFF"));
 }
 
 TEST_F(TextFileTest, ReadsLinesThatStraddleItsBlocks) {
@@ -117,6 +118,81 @@ TEST_F(TextFileTest, OpensNoFolderForReadingOrWriting) {
             base::ErrorNumber::kPathAccess);
   EXPECT_EQ(FailureOf([&] { base::TextFileWriter file(folder.PathOf("folder")); }).Number(),
             base::ErrorNumber::kPathAccess);
+}
+
+TEST_F(TextFileTest, ReadsSeveralLinesAtATime) {
+  folder.Write("in", "1\r\n2\n\r\n4\r\nlast");
+  base::TextFileReader file(folder.PathOf("in"));
+  std::array<std::string_view, 2> lines;
+  file.ReadLines(lines);
+  EXPECT_THAT(lines, ElementsAre("1", "2"));
+  file.ReadLines(lines);
+  EXPECT_THAT(lines, ElementsAre("", "4"));
+  EXPECT_EQ(file.ReadLine(), "last");
+  EXPECT_TRUE(file.AtEnd());
+}
+
+TEST_F(TextFileTest, ReadsALastLineWithoutItsEndAmongSeveral) {
+  folder.Write("in", "1\r\nlast\r");
+  base::TextFileReader file(folder.PathOf("in"));
+  std::array<std::string_view, 2> lines;
+  file.ReadLines(lines);
+  EXPECT_THAT(lines, ElementsAre("1", "last\r"));
+}
+
+TEST_F(TextFileTest, FailsWhenThereAreFewerLinesThanAskedFor) {
+  for (const char* bytes : {"", "1", "1\r\n"}) {
+    folder.Write("in", bytes);
+    base::TextFileReader file(folder.PathOf("in"));
+    std::array<std::string_view, 2> lines;
+    EXPECT_EQ(FailureOf([&] { file.ReadLines(lines); }).Number(), base::ErrorNumber::kPastEndOfFile) << bytes;
+  }
+}
+
+TEST_F(TextFileTest, KeepsSeveralLinesValidWhereverABlockEnds) {
+  std::string bytes;
+  std::vector<std::string> expected;
+  for (std::size_t line = 0; line < 9'000; ++line) {
+    // Some are longer than a block.
+    const std::size_t length = line % 1'500 == 7 ? 70'000 + line : line % 41;
+    expected.emplace_back(length, static_cast<char>('a' + line % 26));
+    bytes += expected.back() + (line % 3 == 0 ? "\n" : "\r\n");
+  }
+  folder.Write("in", bytes);
+  base::TextFileReader file(folder.PathOf("in"));
+  std::array<std::string_view, 9> lines;
+  for (std::size_t line = 0; line < expected.size(); line += lines.size()) {
+    file.ReadLines(lines);
+    for (std::size_t i = 0; i < lines.size(); ++i) ASSERT_EQ(lines[i], expected[line + i]) << line + i;
+  }
+  EXPECT_TRUE(file.AtEnd());
+}
+
+TEST_F(TextFileTest, WritesSeveralLinesThatStandSideBySide) {
+  base::TextFileWriter file(folder.PathOf("out"));
+  file.WriteLines("onethree", std::array<std::uint32_t, 3>{3, 3, 8});
+  file.WriteLines("", {});
+  file.WriteLines("", std::array<std::uint32_t, 1>{0});
+  file.Close();
+  EXPECT_EQ(folder.Read("out"), "one\r\n\r\nthree\r\n\r\n");
+}
+
+TEST_F(TextFileTest, WritesSeveralLinesOfEveryLengthWhereverTheBufferEnds) {
+  std::string expected;
+  base::TextFileWriter file(folder.PathOf("out"));
+  for (std::size_t length = 0; length < 700; ++length) {
+    const std::string text(length, static_cast<char>('a' + length % 26));
+    const auto end = static_cast<std::uint32_t>(length);
+    const std::array<std::uint32_t, 4> ends{end / 7, end / 2, end / 2, end};
+    file.WriteLines(text, ends);
+    std::uint32_t begin = 0;
+    for (const std::uint32_t each : ends) {
+      expected += text.substr(begin, each - begin) + "\r\n";
+      begin = each;
+    }
+  }
+  file.Close();
+  EXPECT_EQ(folder.Read("out"), expected);
 }
 
 TEST_F(TextFileTest, WritesLinesWithBothEndCharacters) {

@@ -2,7 +2,6 @@
 
 #include "base/Error.h"
 #include "shell/modCommon.h"
-#include "support/RecordingToolkit.h"
 #include "support/RouterLogTest.h"
 
 namespace {
@@ -286,19 +285,25 @@ TEST_F(RouterLogPage, TellsATimeThatDoesNotReadAsOneAndLeavesTheRows) {
   EXPECT_TRUE(List().Visible());
 }
 
+TEST_F(RouterLogPage, FitsItsColumnsWhenItIsMade) {
+  support::WatchedPeers peers(window);
+  EXPECT_THAT(peers.toolkit.TakeRows(List()),
+              ElementsAre("fit 0 header", "fit 1 header", "fit 2 header", "fit 3 header", "fit 4 header",
+                          "fit 5 header", "fit 6 header"));
+}
+
 TEST_F(RouterLogPage, CancelsTheEditingOfARow) {
   AddRows(1);
   EXPECT_FALSE(List().UserLabelEditStart());
 }
 
 TEST_F(RouterLogPage, ScrollsToTheRowThatIsClicked) {
-  support::RecordingToolkit toolkit;
   AddRows(3);
-  window.Load();
-  toolkit.TakeRows(List());
+  support::WatchedPeers peers(window);
+  peers.toolkit.TakeRows(List());
   List().UserSelect(2, true);
   List().UserItemClick();
-  EXPECT_THAT(toolkit.TakeRows(List()), ElementsAre("see 2"));
+  EXPECT_THAT(peers.toolkit.TakeRows(List()), ElementsAre("see 2"));
 }
 
 TEST_F(RouterLogPage, DoesNothingForAClickOnAnEmptyList) {
@@ -323,14 +328,13 @@ TEST_F(RouterLogPage, PlacesItsControlsWithAMarginAndTheListAboveTheSwitches) {
 }
 
 TEST_F(RouterLogPage, HidesAndShowsItsControlsAroundALayout) {
-  support::RecordingToolkit toolkit;
-  window.Load();
+  support::WatchedPeers peers(window);
   const std::vector<std::string> names{"lblTitle", "chkEnable", "chkFilterOutProfiles",
                                        "cmdClear", "txtError",  "lvRouterLog"};
-  for (const std::string& name : names) toolkit.TakeChanges(Find<ui::Control>(name));
+  for (const std::string& name : names) peers.toolkit.TakeChanges(Find<ui::Control>(name));
   page->Move(0, 0, 9000, 7000);
   for (const std::string& name : names) {
-    const auto changes = toolkit.TakeChanges(Find<ui::Control>(name));
+    const auto changes = peers.toolkit.TakeChanges(Find<ui::Control>(name));
     ASSERT_FALSE(changes.empty()) << name;
     EXPECT_EQ(changes.front(), ui::Aspect::kVisible) << name;
     EXPECT_EQ(changes.back(), ui::Aspect::kVisible) << name;

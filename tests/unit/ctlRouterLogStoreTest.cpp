@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 
-#include "support/RecordingToolkit.h"
 #include "support/RouterLogTest.h"
 
 namespace {
@@ -297,14 +296,13 @@ TEST_F(RouterLogStore, KeepsTheRowsBeforeTheOneForWhichThePlugInFails) {
 }
 
 TEST_F(RouterLogStore, ShowsARowAtOnceAndScrollsToIt) {
-  support::RecordingToolkit toolkit;
   SelectRouter();
   OpenPage();
   page->Reset();
-  window.Load();
-  toolkit.TakeRows(List());
+  support::WatchedPeers peers(window);
+  peers.toolkit.TakeRows(List());
   RaiseLog("in", "s", 1, "d", 2, "m");
-  EXPECT_THAT(toolkit.TakeRows(List()),
+  EXPECT_THAT(peers.toolkit.TakeRows(List()),
               ElementsAre("added 0 1", "see 0", "fit 0 header", "fit 1 header", "fit 2 header",
                           "fit 3 header", "fit 4 header", "fit 5 header", "fit 6 header"));
 }

@@ -18,7 +18,8 @@ class frmMainMenuTest : public testing::Test, protected support::Shell {
     for (const ui::Control* child : menu.Children()) {
       const auto& entry = static_cast<const ui::Menu&>(*child);
       if (!entry.Visible()) continue;
-      captions.push_back((entry.Enabled() ? "" : "-") + std::string(entry.Checked() ? "+" : "") + entry.Caption());
+      captions.push_back((entry.Enabled() ? "" : "-") + std::string(entry.Checked() ? "+" : "") +
+                         entry.Caption());
     }
     return captions;
   }
@@ -41,7 +42,8 @@ class frmMainMenuTest : public testing::Test, protected support::Shell {
   }
   void GiveFeatures() {
     router->Do("IServer_GetFeatures", [](std::span<platform::Argument> arguments) {
-      arguments[0].value = base::MakeArray(base::ElementType::kText, 0, {std::string("One"), std::string("Two")});
+      arguments[0].value =
+          base::MakeArray(base::ElementType::kText, 0, {std::string("One"), std::string("Two")});
       arguments[1].value = base::MakeArray(base::ElementType::kInt16, 0, {std::int16_t{5}, std::int16_t{9}});
       return base::Variant(true);
     });
@@ -57,8 +59,9 @@ TEST_F(frmMainMenuTest, WithoutARouterItOffersSetupHelpExitAndCancel) {
 
 TEST_F(frmMainMenuTest, WithARouterAndProfilesItShowsTheAddressAndTheProfilesInTheOrderOfNames) {
   ThreeProfiles();
-  EXPECT_THAT(See(), ElementsAre(HasSubstr("&Copy IP ("), "-", "&Clear DMZ Hosting", "&Set DMZ to This Computer", "-",
-                                 "&Profiles", "-", "&Setup...", "&Help...", "&Exit", "-", "&Cancel"));
+  EXPECT_THAT(
+      See(), ElementsAre(HasSubstr("&Copy IP ("), "-", "&Clear DMZ Hosting", "&Set DMZ to This Computer", "-",
+                         "&Profiles", "-", "&Setup...", "&Help...", "&Exit", "-", "&Cancel"));
   EXPECT_THAT(See("mnuPortForwarding"), ElementsAre("Clear All", "-", "+Game", "Voice", "chess"));
 }
 
@@ -92,7 +95,8 @@ TEST_F(frmMainMenuTest, FeaturesThatGoAwayTakeTheirSubmenuWithThem) {
 TEST_F(frmMainMenuTest, TheAddressAndTheFeaturesAreAskedAtEachOpeningWithEmptyArrays) {
   ThreeProfiles();
   See();
-  EXPECT_THAT(router->calls, ElementsAre("get IServer_WANIP", "call IServer_GetFeatures(&[0..-1]{}, &[0..-1]{})"));
+  EXPECT_THAT(router->calls,
+              ElementsAre("get IServer_WANIP", "call IServer_GetFeatures(&[0..-1]{}, &[0..-1]{})"));
 }
 
 TEST_F(frmMainMenuTest, AFeatureIsCalledByItsIdentifier) {
@@ -154,7 +158,8 @@ TEST_F(frmMainMenuTest, AnInactiveProfileComesAndAnActiveOneGoes) {
   EXPECT_THAT(Calls("SetPortForwarding")[0], testing::AllOf(HasSubstr("100"), HasSubstr("200")));
   EXPECT_THAT(See("mnuPortForwarding"), ElementsAre("Clear All", "-", "+Game", "+Voice", "chess"));
   Choose("mnuProfiles(3)");
-  EXPECT_THAT(Calls("SetPortForwarding")[1], testing::AllOf(HasSubstr("100"), testing::Not(HasSubstr("200"))));
+  EXPECT_THAT(Calls("SetPortForwarding")[1],
+              testing::AllOf(HasSubstr("100"), testing::Not(HasSubstr("200"))));
   EXPECT_THAT(See("mnuPortForwarding"), ElementsAre("Clear All", "-", "Game", "+Voice", "chess"));
 }
 
@@ -173,7 +178,8 @@ TEST_F(frmMainMenuTest, ClearAllTakesEverythingOffAndUnticksTheEntries) {
     return Find(menu, "mnuProfiles(1)");
   });
   EXPECT_FALSE(game->Checked());
-  EXPECT_THAT(Calls("SetPortForwarding"), ElementsAre("call IServer_SetPortForwarding(&[10..10]{null}, &7:16)"));
+  EXPECT_THAT(Calls("SetPortForwarding"),
+              ElementsAre("call IServer_SetPortForwarding(&[10..10]{null}, &7:16)"));
   for (const auto& profile : g_Registry->ccMapProfiles()) EXPECT_FALSE(profile->bEnabled);
 }
 
@@ -224,7 +230,8 @@ TEST_F(frmMainMenuTest, AnAddressWithoutThreePointsGivesHostZero) {
   world.network.localIP = "";
   ThreeProfiles();
   Choose("mnuProfiles(1)");
-  EXPECT_THAT(Calls("SetPortForwarding"), ElementsAre("call IServer_SetPortForwarding(&[10..10]{null}, &0:16)"));
+  EXPECT_THAT(Calls("SetPortForwarding"),
+              ElementsAre("call IServer_SetPortForwarding(&[10..10]{null}, &0:16)"));
 }
 
 TEST_F(frmMainMenuTest, SetupAndADoubleClickOfEitherButtonShowTheMainWindow) {

@@ -29,12 +29,16 @@ TEST_F(frmMainStartTest, AFirstStartWithoutPlugInsFailsNowhereAndSavesTheDefault
 TEST_F(frmMainStartTest, TheStartCallsThePlugInInTheSettledOrder) {
   SelectRouter();
   Start();
-  const std::vector<std::string> look = {"get IServer_Version", "get IServer_WANIP", "get IServer_Functional",
-                                         "get IServer_EventHandler", "get IServer_EnableLog",
+  const std::vector<std::string> look = {"get IServer_Version",
+                                         "get IServer_WANIP",
+                                         "get IServer_Functional",
+                                         "get IServer_EventHandler",
+                                         "get IServer_EnableLog",
                                          "get IServer_Functional",
                                          "call IServer_SetLogging(&\"192.168.1.7\")"};
-  std::vector<std::string> expected = {"get IServer_ServerTitle", "get IServer_ClassName", "get IServer_ServerTitle",
-                                       "get IServer_ServerTitle", "get IServer_Functional"};
+  std::vector<std::string> expected = {"get IServer_ServerTitle", "get IServer_ClassName",
+                                       "get IServer_ServerTitle", "get IServer_ServerTitle",
+                                       "get IServer_Functional"};
   expected.insert(expected.end(), look.begin(), look.end());
   expected.insert(expected.end(), look.begin(), look.end());
   expected.insert(expected.end(), {"get IServer_EventHandler", "get IServer_EnableLog",

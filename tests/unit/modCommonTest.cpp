@@ -49,7 +49,8 @@ TEST(modCommon, RestartsTheCountInTheCallWhoseNextNumberWouldOverflow) {
 TEST(modCommon, CountsKeysOfAllPrefixesInOneSequence) {
   const std::string first = modCommon::GetUniqueKey("A");
   const std::string second = modCommon::GetUniqueKey("B");
-  EXPECT_EQ(base::ToInt32(std::string_view(second).substr(1)), base::ToInt32(std::string_view(first).substr(1)) + 1);
+  EXPECT_EQ(base::ToInt32(std::string_view(second).substr(1)),
+            base::ToInt32(std::string_view(first).substr(1)) + 1);
 }
 
 TEST(modCommon, TakesTheLastOctetOfAnAddress) {

@@ -21,7 +21,9 @@ class modRegistryToolsTest : public testing::Test {
   modRegistryToolsTest() { world.registry.keys[{kHive, "Software\\Test"}]; }
 
   support::MemoryRegistry::Values& Values() { return world.registry.keys[{kHive, "Software\\Test"}]; }
-  std::string Query(const std::string& name) { return modRegistryTools::QueryValue(kHive, "Software\\Test", name); }
+  std::string Query(const std::string& name) {
+    return modRegistryTools::QueryValue(kHive, "Software\\Test", name);
+  }
   std::int32_t Set(const std::string& name, const base::Variant& value, std::int32_t type) {
     return modRegistryTools::SetKeyValue(kHive, "Software\\Test", name, value, type);
   }
@@ -32,7 +34,8 @@ class modRegistryToolsTest : public testing::Test {
 TEST_F(modRegistryToolsTest, CreatesAKeyWithAllAccessAndClosesIt) {
   EXPECT_EQ(modRegistryTools::CreateKey(kHive, "Software\\New"), 0);
   EXPECT_TRUE(world.registry.keys.contains({kHive, "Software\\New"}));
-  EXPECT_THAT(world.registry.calls, ElementsAre("RegCreateKeyEx Software\\New access 63", "RegCloseKey open"));
+  EXPECT_THAT(world.registry.calls,
+              ElementsAre("RegCreateKeyEx Software\\New access 63", "RegCloseKey open"));
   EXPECT_EQ(world.registry.OpenKeys(), 0u);
 }
 
@@ -87,8 +90,9 @@ TEST_F(modRegistryToolsTest, ClosesTheKeyOfAValueThatDoesNotConvert) {
 TEST_F(modRegistryToolsTest, QueryValueCutsTheTerminatorOff) {
   Values()["Name"] = {1, std::string("abc\0", 4)};
   EXPECT_EQ(Query("Name"), "abc");
-  EXPECT_THAT(world.registry.calls, ElementsAre("RegOpenKeyEx Software\\Test access 63", "RegQueryValueEx Name",
-                                                "RegQueryValueEx Name room 4", "RegCloseKey open"));
+  EXPECT_THAT(world.registry.calls,
+              ElementsAre("RegOpenKeyEx Software\\Test access 63", "RegQueryValueEx Name",
+                          "RegQueryValueEx Name room 4", "RegCloseKey open"));
 }
 
 TEST_F(modRegistryToolsTest, QueryValueCutsACharacterOffATextWithoutTerminator) {
@@ -113,8 +117,8 @@ TEST_F(modRegistryToolsTest, QueryValueOfAMissingValueIsEmpty) {
 
 TEST_F(modRegistryToolsTest, QueryValueGoesOnWithAKeyThatCannotBeOpened) {
   EXPECT_EQ(modRegistryTools::QueryValue(kHive, "Software\\Missing", "Name"), "");
-  EXPECT_THAT(world.registry.calls,
-              ElementsAre("RegOpenKeyEx Software\\Missing access 63", "RegQueryValueEx Name", "RegCloseKey 0"));
+  EXPECT_THAT(world.registry.calls, ElementsAre("RegOpenKeyEx Software\\Missing access 63",
+                                                "RegQueryValueEx Name", "RegCloseKey 0"));
 }
 
 TEST_F(modRegistryToolsTest, QueryValueExWithAMissingValueReturnsTheCodeAndLeavesTheOutValue) {

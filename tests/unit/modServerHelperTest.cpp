@@ -55,7 +55,8 @@ TEST_F(modServerHelperTest, AnswersForItselfWhenNoRouterIsSelected) {
 }
 
 TEST_F(modServerHelperTest, ReportsSuccessOfPortForwardingWhenNoRouterIsSelected) {
-  EXPECT_FALSE(modServerHelper::SetPortForwarding(none, base::MakeArray(base::ElementType::kObject, 0, {}), 7));
+  EXPECT_FALSE(
+      modServerHelper::SetPortForwarding(none, base::MakeArray(base::ElementType::kObject, 0, {}), 7));
 }
 
 TEST_F(modServerHelperTest, WritesAndTellsNothingWhenNoRouterIsSelected) {
@@ -243,7 +244,8 @@ TEST_F(modServerHelperTest, ANumberWhereATextIsExpectedIsItsText) {
 
 TEST_F(modServerHelperTest, AResultThatDoesNotConvertIsAFailure) {
   script->Answer("IServer_Functional", "perhaps");
-  EXPECT_EQ(FailureOf([&] { modServerHelper::Functional(router); }).Number(), base::ErrorNumber::kTypeMismatch);
+  EXPECT_EQ(FailureOf([&] { modServerHelper::Functional(router); }).Number(),
+            base::ErrorNumber::kTypeMismatch);
   script->Answer("IServer_Version", base::ObjectRef());
   EXPECT_EQ(FailureOf([&] { modServerHelper::Version(router); }).Number(), base::ErrorNumber::kTypeMismatch);
 }
@@ -251,7 +253,8 @@ TEST_F(modServerHelperTest, AResultThatDoesNotConvertIsAFailure) {
 TEST_F(modServerHelperTest, AMissingMemberFailsAtTheCallAndNotBefore) {
   script->Lack("IServer_Version");
   EXPECT_EQ(modServerHelper::ServerTitle(router), "Test Router");
-  EXPECT_EQ(FailureOf([&] { modServerHelper::Version(router); }).Number(), base::ErrorNumber::kMemberNotFound);
+  EXPECT_EQ(FailureOf([&] { modServerHelper::Version(router); }).Number(),
+            base::ErrorNumber::kMemberNotFound);
 }
 
 TEST_F(modServerHelperTest, AFailureOfThePlugInPassesThroughWithItsNumberAndText) {
@@ -278,9 +281,11 @@ TEST_F(modServerHelperTest, HandsOutNoEventSourceWhenThePlugInHasNone) {
 
 TEST_F(modServerHelperTest, FailsForAnEventSourceThatIsNone) {
   script->Answer("IServer_EventHandler", "text");
-  EXPECT_EQ(FailureOf([&] { modServerHelper::EventHandler(router); }).Number(), base::ErrorNumber::kObjectRequired);
+  EXPECT_EQ(FailureOf([&] { modServerHelper::EventHandler(router); }).Number(),
+            base::ErrorNumber::kObjectRequired);
   script->Answer("IServer_EventHandler", std::make_shared<PortMappingData>());
-  EXPECT_EQ(FailureOf([&] { modServerHelper::EventHandler(router); }).Number(), base::ErrorNumber::kTypeMismatch);
+  EXPECT_EQ(FailureOf([&] { modServerHelper::EventHandler(router); }).Number(),
+            base::ErrorNumber::kTypeMismatch);
 }
 
 TEST_F(modServerHelperTest, FailsForAnEventSourceWithoutTheEvents) {

@@ -382,4 +382,58 @@ TEST(UiListRows, AreWhatAPlainListWouldBeAfterAnythingAtRandom) {
   }
 }
 
+TEST(UiListRows, FindARowThatWasAppendedWithoutALook) {
+  ListRows rows;
+  const auto append = [&rows](int number) {
+    const std::vector<std::string> cells{"text", std::to_string(number)};
+    rows.Append("K" + std::to_string(number), Views(cells), number);
+  };
+  for (int number = 0; number < 100; ++number) append(number);
+  EXPECT_EQ(rows.Find("K99"), 99u);
+  EXPECT_THROW(Add(rows, "K5", {"x"}), base::Error);
+  for (int number = 100; number < 200; ++number) append(number);
+  rows.RemoveAt(0);
+  append(200);
+  Add(rows, "other", {"x"});
+  append(201);
+  EXPECT_EQ(rows.Find("K0"), std::nullopt);
+  EXPECT_EQ(rows.Find("K1"), 0u);
+  EXPECT_EQ(rows.Find("K199"), 198u);
+  EXPECT_EQ(rows.Find("K200"), 199u);
+  EXPECT_EQ(rows.Find("other"), 200u);
+  EXPECT_EQ(rows.Find("K201"), 201u);
+  EXPECT_EQ(rows.Cell(201, 1), "201");
+  EXPECT_EQ(rows.CellColor(201, 1), 201);
+}
+
+TEST(UiListRows, GiveAllTextsOfARowAndWhereEachEnds) {
+  ListRows rows;
+  Add(rows, "key", {"one", "", "three"});
+  Add(rows, "bare", {});
+  EXPECT_EQ(rows.Cells(0).text, "onethree");
+  EXPECT_THAT(rows.Cells(0).ends, ElementsAre(3u, 3u, 8u));
+  EXPECT_EQ(rows.Cells(1).text, "");
+  EXPECT_THAT(rows.Cells(1).ends, ElementsAre(0u));
+}
+
+TEST(UiListRows, KeepTextsAndColoursWhenOneCellGetsAColourOfItsOwn) {
+  ListRows rows;
+  Add(rows, "key", {"a", "b", "c"}, 1);
+  rows.Selected(0, true);
+  rows.SetCellColor(0, 1, 2);
+  rows.SetCellColor(0, 2, 3);
+  EXPECT_EQ(rows.CellColor(0, 0), 1);
+  EXPECT_EQ(rows.CellColor(0, 1), 2);
+  EXPECT_EQ(rows.CellColor(0, 2), 3);
+  rows.AddCell(0, "d");
+  EXPECT_EQ(rows.CellColor(0, 3), 1);
+  rows.SetCellColor(0, 1, 1);
+  rows.SetCellColor(0, 2, 1);
+  rows.SetCell(0, 0, "A");
+  for (std::size_t cell = 0; cell < 4; ++cell) EXPECT_EQ(rows.CellColor(0, cell), 1) << cell;
+  EXPECT_EQ(rows.Cells(0).text, "Abcd");
+  EXPECT_EQ(rows.Key(0), "key");
+  EXPECT_TRUE(rows.Selected(0));
+}
+
 }  // namespace

@@ -57,6 +57,22 @@ POINT MiddleOf(const RECT& place) {
   return {(place.left + place.right) / 2, (place.top + place.bottom) / 2};
 }
 
+/// The icon's place once the window manager has stopped moving it: a click where it was before would hit the
+/// frame of the notification area.
+std::optional<POINT> WaitForRestingIcon() {
+  constexpr int kLooks = 15;
+  int same = 0;
+  POINT last{-1, -1};
+  const bool rests = WaitFor([&] {
+    const auto now = Program::Icon();
+    const bool moved = !now || now->x != last.x || now->y != last.y;
+    same = moved ? 0 : same + 1;
+    if (now) last = *now;
+    return same >= kLooks;
+  });
+  return rests ? std::optional(last) : std::nullopt;
+}
+
 }  // namespace
 
 Program::Program() : folder_(FreshFolder()) {
@@ -112,9 +128,10 @@ DWORD Program::ExitCode() const {
 }
 
 int Program::Running() const {
-  return static_cast<int>(std::count_if(processes_.begin(), processes_.end(), [](const PROCESS_INFORMATION& process) {
-    return WaitForSingleObject(process.hProcess, 0) != WAIT_OBJECT_0;
-  }));
+  return static_cast<int>(
+      std::count_if(processes_.begin(), processes_.end(), [](const PROCESS_INFORMATION& process) {
+        return WaitForSingleObject(process.hProcess, 0) != WAIT_OBJECT_0;
+      }));
 }
 
 HWND Program::Find(const std::string& controlName) const {
@@ -176,28 +193,16 @@ int Program::OpenMenus() const {
 }
 
 bool Program::OpenMenu() const {
-  // The window manager may still move the notification area to its place when the click comes, so a click that opened
-  // nothing is repeated, as a user would.
-  for (int attempt = 0; attempt < 8; ++attempt) {
-    const auto icon = WaitFor([] { return Icon(); });
-    if (!icon) return false;
-    desktop::Click(icon->x, icon->y, desktop::MouseButton::kRight);
-    const ULONGLONG end = GetTickCount64() + 1'500;
-    while (GetTickCount64() < end) {
-      if (OpenMenus() == 1) return true;
-      Sleep(20);
-    }
-  }
-  return false;
+  const auto icon = WaitForRestingIcon();
+  if (!icon) return false;
+  desktop::Click(icon->x, icon->y, desktop::MouseButton::kRight);
+  return WaitFor([this] { return OpenMenus() == 1; });
 }
 
-bool Program::Choose(const std::string& keys) const {
-  if (!OpenMenu()) return false;
-  for (const char key : keys) {
-    const int before = OpenMenus();
-    if (!desktop::Type(std::string(1, key))) return false;
-    // Each key opens a submenu, moves in it, or chooses, which closes all of them.
-    if (!WaitFor([&] { return OpenMenus() != before; })) return false;
+bool Program::Choose(const std::string& key, const std::string& inSubmenu) const {
+  if (!OpenMenu() || !desktop::Type(key)) return false;
+  if (!inSubmenu.empty()) {
+    if (!WaitFor([this] { return OpenMenus() == 2; }) || !desktop::Type(inSubmenu)) return false;
   }
   return WaitFor([this] { return OpenMenus() == 0; });
 }

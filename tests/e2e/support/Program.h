@@ -8,10 +8,10 @@
 
 #include "driver/Desktop.h"
 
-/// Asks again and again for up to eight seconds; the last answer.
+/// Asks again and again for up to fifteen seconds; the last answer.
 template <typename Find>
 auto WaitFor(Find find) {
-  const ULONGLONG end = GetTickCount64() + 8'000;
+  const ULONGLONG end = GetTickCount64() + 15'000;
   for (;;) {
     if (auto found = find(); found || GetTickCount64() > end) return found;
     Sleep(20);
@@ -26,7 +26,8 @@ struct Box {
   std::vector<std::string> buttons;
 };
 
-/// The built program, installed into a folder of its own and used from outside: a process, its windows, its icon.
+/// The built program, installed into a folder of its own and used from outside: a process, its windows, its
+/// icon.
 class Program {
  public:
   /// Copies the executable into a fresh folder.
@@ -41,7 +42,8 @@ class Program {
 
   /// Starts the program; the process is the newest one. Doesn't wait for anything.
   void Start();
-  /// Starts the program and waits until its icon stands in the notification area. False when that doesn't happen.
+  /// Starts the program and waits until its icon stands in the notification area. False when that doesn't
+  /// happen.
   bool StartAndWait();
   /// True when the newest process has ended by itself.
   bool HasEnded() const;
@@ -62,8 +64,9 @@ class Program {
   static std::optional<POINT> Icon();
   /// Clicks the icon with the right button and waits for the menu.
   bool OpenMenu() const;
-  /// Opens the menu and types the keys into it: "p" opens the profiles, "e" exits.
-  bool Choose(const std::string& keys) const;
+  /// Opens the menu and types the key of an entry into it, then, when that opens a submenu, the keys there.
+  /// Waits until all menus are closed.
+  bool Choose(const std::string& key, const std::string& inSubmenu = {}) const;
   /// The pop-up menus that are open now.
   int OpenMenus() const;
 

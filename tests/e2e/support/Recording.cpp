@@ -17,9 +17,10 @@ void RegisterPlugIn() {
   file = file.substr(0, file.find_last_of('\\') + 1) + HARBOURLINE_RECORDING_PLUG_IN;
   const HMODULE library = LoadLibraryA(file.c_str());
   if (!library) throw std::runtime_error("no recording plug-in: " + file);
-  const auto registerServer =
-      reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(reinterpret_cast<void*>(GetProcAddress(library, "DllRegisterServer")));
-  if (!registerServer || FAILED(registerServer())) throw std::runtime_error("the recording plug-in can't be registered");
+  const auto registerServer = reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(
+      reinterpret_cast<void*>(GetProcAddress(library, "DllRegisterServer")));
+  if (!registerServer || FAILED(registerServer()))
+    throw std::runtime_error("the recording plug-in can't be registered");
   FreeLibrary(library);
 }
 
@@ -29,8 +30,8 @@ Recording::Recording() {
   static int number = 0;
   char folder[MAX_PATH] = "";
   GetTempPathA(sizeof folder, folder);
-  path_ = std::string(folder) + "recording-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++number) +
-          ".txt";
+  path_ = std::string(folder) + "recording-" + std::to_string(GetCurrentProcessId()) + "-" +
+          std::to_string(++number) + ".txt";
   RegisterPlugIn();
   RegDeleteTreeA(HKEY_CURRENT_USER, kScripts);
   SetEnvironmentVariableA("HARBOURLINE_RECORDING", path_.c_str());

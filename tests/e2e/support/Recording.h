@@ -9,8 +9,8 @@ class Recording {
   static constexpr char kClass[] = "Harbourline.Recording";
   static constexpr char kClassB[] = "Harbourline.RecordingB";
 
-  /// Registers the plug-in's classes, clears the scripts, and begins a record of its own for programs started from now
-  /// on.
+  /// Registers the plug-in's classes, clears the scripts, and begins a record of its own for programs started
+  /// from now on.
   Recording();
   ~Recording();
   Recording(const Recording&) = delete;

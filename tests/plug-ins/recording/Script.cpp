@@ -157,13 +157,14 @@ bool PutFeatures(const std::string& className, VARIANT& captions, VARIANT& ident
     return false;
   }
   LONG index = base;
+  SafeArrayGetLBound(*captions.pparray, 1, &index);  // redimensioning may keep the caller's
   for (const std::string& caption : features.captions) {
     BSTR text = Wide(caption);
     SafeArrayPutElement(*captions.pparray, &index, text);
     SysFreeString(text);
     ++index;
   }
-  index = base;
+  SafeArrayGetLBound(*identifiers.pparray, 1, &index);
   for (SHORT identifier : features.identifiers) {
     SafeArrayPutElement(*identifiers.pparray, &index, &identifier);
     ++index;

@@ -19,7 +19,8 @@ DWORD RunRegsvr32(const std::wstring& arguments) {
   startup.cb = sizeof startup;
   PROCESS_INFORMATION process = {};
   constexpr DWORD kNotStarted = 0xFFFFFFFF;
-  if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process)) {
+  if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                      &process)) {
     return kNotStarted;
   }
   WaitForSingleObject(process.hProcess, 30000);
@@ -74,7 +75,8 @@ std::wstring RegistryText(HKEY root, const wchar_t* path, const wchar_t* name) {
 }
 
 void SetRegistryText(HKEY root, const wchar_t* path, const wchar_t* name, const std::wstring& text) {
-  RegSetKeyValueW(root, path, name, REG_SZ, text.c_str(), static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+  RegSetKeyValueW(root, path, name, REG_SZ, text.c_str(),
+                  static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
 }
 
 }  // namespace host

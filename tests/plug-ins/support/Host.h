@@ -8,8 +8,8 @@
 /// What a program does with plug-ins: registered DLLs, objects made by class name, a message loop.
 namespace host {
 
-/// Registers the three plug-ins of the build by regsvr32, once a process. Throws std::runtime_error with the DLL's name
-/// when one fails.
+/// Registers the three plug-ins of the build by regsvr32, once a process. Throws std::runtime_error with the
+/// DLL's name when one fails.
 void RegisterPlugIns();
 
 /// The full path of a plug-in of the build: "PracticeRouter", "ExampleRouter" or "RecordingPlugIn".

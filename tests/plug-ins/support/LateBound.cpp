@@ -16,7 +16,8 @@ VARIANT OfKind(VARTYPE kind) {
 
 class Record final : public IDispatch {
  public:
-  explicit Record(std::vector<std::pair<std::wstring, VARIANT>> properties) : properties_(std::move(properties)) {}
+  explicit Record(std::vector<std::pair<std::wstring, VARIANT>> properties)
+      : properties_(std::move(properties)) {}
   virtual ~Record() {
     for (auto& property : properties_) VariantClear(&property.second);
   }
@@ -44,8 +45,8 @@ class Record final : public IDispatch {
     ids[0] = DISPID_UNKNOWN;
     return DISP_E_UNKNOWNNAME;
   }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS*, VARIANT* result, EXCEPINFO*,
-                                   UINT*) override {
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS*, VARIANT* result,
+                                   EXCEPINFO*, UINT*) override {
     if (id < 1 || static_cast<std::size_t>(id) > properties_.size()) return DISP_E_MEMBERNOTFOUND;
     if (!(flags & DISPATCH_PROPERTYGET)) return DISP_E_MEMBERNOTFOUND;
     return VariantCopy(result, &properties_[static_cast<std::size_t>(id) - 1].second);
@@ -75,7 +76,9 @@ VARIANT Text::Reference() {
   return variant;
 }
 
-VARIANT Nothing() { return OfKind(VT_EMPTY); }
+VARIANT Nothing() {
+  return OfKind(VT_EMPTY);
+}
 VARIANT Value(short number) {
   VARIANT variant = OfKind(VT_I2);
   variant.iVal = number;
@@ -137,8 +140,8 @@ Answer Invoke(IDispatch* object, DISPID id, WORD flags, std::vector<VARIANT> arg
                            write ? 1u : 0u};
   Answer answer;
   EXCEPINFO exception = {};
-  answer.code = object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, write ? nullptr : &answer.value,
-                               &exception, &answer.badArgument);
+  answer.code = object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
+                               write ? nullptr : &answer.value, &exception, &answer.badArgument);
   answer.exceptionCode = exception.scode;
   if (exception.bstrDescription) answer.exceptionText = exception.bstrDescription;
   SysFreeString(exception.bstrDescription);
@@ -176,7 +179,9 @@ MappingArray::MappingArray(const std::vector<MappingFields>& mappings) {
   Fill(records, 0);
 }
 
-MappingArray::MappingArray(const std::vector<IDispatch*>& records, LONG lowerBound) { Fill(records, lowerBound); }
+MappingArray::MappingArray(const std::vector<IDispatch*>& records, LONG lowerBound) {
+  Fill(records, lowerBound);
+}
 
 void MappingArray::Fill(const std::vector<IDispatch*>& records, LONG lowerBound) {
   SAFEARRAYBOUND bound = {static_cast<ULONG>(records.size()), lowerBound};
@@ -191,7 +196,8 @@ void MappingArray::Fill(const std::vector<IDispatch*>& records, LONG lowerBound)
 
 HRESULT STDMETHODCALLTYPE Sink::QueryInterface(REFIID iid, void** object) {
   *object = nullptr;
-  if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDispatch) && !IsEqualIID(iid, acceptedInterface)) {
+  if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDispatch) &&
+      !IsEqualIID(iid, acceptedInterface)) {
     return E_NOINTERFACE;
   }
   *object = static_cast<IDispatch*>(this);

@@ -87,7 +87,8 @@ Answer Call(IDispatch* object, const wchar_t* member, std::vector<VARIANT> argum
 /// As Harbourline writes a property.
 Answer Put(IDispatch* object, const wchar_t* member, VARIANT value);
 
-/// An object with the given properties, to be read by name; the values belong to it. Counted; starts with one.
+/// An object with the given properties, to be read by name; the values belong to it. Counted; starts with
+/// one.
 IDispatch* MakeRecord(std::vector<std::pair<std::wstring, VARIANT>> properties);
 
 /// What Harbourline fills a record with.
@@ -131,7 +132,9 @@ class Sink final : public IDispatch {
   ULONG STDMETHODCALLTYPE Release() override { return --references; }
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+    return E_NOTIMPL;
+  }
   HRESULT STDMETHODCALLTYPE Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT*,
                                    EXCEPINFO* exception, UINT*) override;
 

@@ -17,8 +17,8 @@ std::int32_t MemoryRegistry::TakeFailure(const std::string& function) {
   return code;
 }
 
-std::int32_t MemoryRegistry::CreateKeyEx(platform::RegistryKey hive, const std::string& path, std::uint32_t access,
-                                         platform::RegistryKey& key) {
+std::int32_t MemoryRegistry::CreateKeyEx(platform::RegistryKey hive, const std::string& path,
+                                         std::uint32_t access, platform::RegistryKey& key) {
   calls.push_back("RegCreateKeyEx " + path + " access " + std::to_string(access));
   if (const std::int32_t code = TakeFailure("RegCreateKeyEx")) return code;
   keys[{hive, path}];
@@ -26,8 +26,8 @@ std::int32_t MemoryRegistry::CreateKeyEx(platform::RegistryKey hive, const std::
   return 0;
 }
 
-std::int32_t MemoryRegistry::OpenKeyEx(platform::RegistryKey hive, const std::string& path, std::uint32_t access,
-                                       platform::RegistryKey& key) {
+std::int32_t MemoryRegistry::OpenKeyEx(platform::RegistryKey hive, const std::string& path,
+                                       std::uint32_t access, platform::RegistryKey& key) {
   calls.push_back("RegOpenKeyEx " + path + " access " + std::to_string(access));
   if (const std::int32_t code = TakeFailure("RegOpenKeyEx")) return code;
   if (!keys.contains({hive, path})) return kFileNotFound;
@@ -35,8 +35,8 @@ std::int32_t MemoryRegistry::OpenKeyEx(platform::RegistryKey hive, const std::st
   return 0;
 }
 
-std::int32_t MemoryRegistry::QueryValueEx(platform::RegistryKey key, const std::string& name, std::uint32_t& type,
-                                          void* data, std::uint32_t& size) {
+std::int32_t MemoryRegistry::QueryValueEx(platform::RegistryKey key, const std::string& name,
+                                          std::uint32_t& type, void* data, std::uint32_t& size) {
   calls.push_back("RegQueryValueEx " + name + (data ? " room " + std::to_string(size) : std::string()));
   if (const std::int32_t code = TakeFailure("RegQueryValueEx")) return code;
   if (!open_.contains(key)) return kInvalidHandle;
@@ -53,9 +53,10 @@ std::int32_t MemoryRegistry::QueryValueEx(platform::RegistryKey key, const std::
   return 0;
 }
 
-std::int32_t MemoryRegistry::SetValueEx(platform::RegistryKey key, const std::string& name, std::uint32_t type,
-                                        const void* data, std::uint32_t size) {
-  calls.push_back("RegSetValueEx " + name + " type " + std::to_string(type) + " size " + std::to_string(size));
+std::int32_t MemoryRegistry::SetValueEx(platform::RegistryKey key, const std::string& name,
+                                        std::uint32_t type, const void* data, std::uint32_t size) {
+  calls.push_back("RegSetValueEx " + name + " type " + std::to_string(type) + " size " +
+                  std::to_string(size));
   if (const std::int32_t code = TakeFailure("RegSetValueEx")) return code;
   if (!open_.contains(key)) return kInvalidHandle;
   keys[open_.at(key)][name] = {type, std::string(static_cast<const char*>(data), size)};

@@ -28,8 +28,8 @@ class MemoryRegistry : public platform::RegistryFunctions {
   std::map<std::pair<platform::RegistryKey, std::string>, Values> keys;
   /// "RegOpenKeyEx Software\Test access 63", "RegCloseKey open" and so on.
   std::vector<std::string> calls;
-  /// Codes that the next calls of a function give in place of doing anything, by the function's name; 0 lets the call
-  /// pass.
+  /// Codes that the next calls of a function give in place of doing anything, by the function's name; 0 lets
+  /// the call pass.
   std::map<std::string, std::vector<std::int32_t>> failures;
   /// Keys that are open at present.
   std::size_t OpenKeys() const { return open_.size(); }
@@ -40,10 +40,10 @@ class MemoryRegistry : public platform::RegistryFunctions {
                            platform::RegistryKey& key) override;
   std::int32_t OpenKeyEx(platform::RegistryKey hive, const std::string& path, std::uint32_t access,
                          platform::RegistryKey& key) override;
-  std::int32_t QueryValueEx(platform::RegistryKey key, const std::string& name, std::uint32_t& type, void* data,
-                            std::uint32_t& size) override;
-  std::int32_t SetValueEx(platform::RegistryKey key, const std::string& name, std::uint32_t type, const void* data,
-                          std::uint32_t size) override;
+  std::int32_t QueryValueEx(platform::RegistryKey key, const std::string& name, std::uint32_t& type,
+                            void* data, std::uint32_t& size) override;
+  std::int32_t SetValueEx(platform::RegistryKey key, const std::string& name, std::uint32_t type,
+                          const void* data, std::uint32_t size) override;
   std::int32_t CloseKey(platform::RegistryKey key) override;
 
  private:

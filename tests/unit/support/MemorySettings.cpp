@@ -39,7 +39,8 @@ void MemorySettings::DeleteSetting(std::string_view application, std::string_vie
   if (sections_.erase(name) == 0) throw Missing();
 }
 
-void MemorySettings::DeleteSetting(std::string_view application, std::string_view section, std::string_view key) {
+void MemorySettings::DeleteSetting(std::string_view application, std::string_view section,
+                                   std::string_view key) {
   journal_.push_back("delete " + SectionName(application, section) + "\\" + std::string(key));
   const auto values = sections_.find(SectionName(application, section));
   if (values == sections_.end() || values->second.erase(std::string(key)) == 0) throw Missing();

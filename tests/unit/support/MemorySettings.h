@@ -18,7 +18,9 @@ class MemorySettings : public platform::SettingsStore {
   /// The values of the program's one section.
   std::map<std::string, std::string>& Values() { return sections_["Harbourline\\RouterSection"]; }
   /// Empty for a value that isn't there.
-  std::string Value(const std::string& key) { return Values().contains(key) ? Values().at(key) : std::string(); }
+  std::string Value(const std::string& key) {
+    return Values().contains(key) ? Values().at(key) : std::string();
+  }
   bool Contains(const std::string& key) { return Values().contains(key); }
   bool HasSection() const { return sections_.contains("Harbourline\\RouterSection"); }
 

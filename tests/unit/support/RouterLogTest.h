@@ -14,10 +14,25 @@
 #include "settings/CRegistry.h"
 #include "shell/frmErrors.h"
 #include "support/FindControl.h"
+#include "support/RecordingToolkit.h"
 #include "support/World.h"
 #include "ui/Form.h"
 
 namespace support {
+
+/// Peers for a window and its controls while it lives; they keep what they are told.
+class WatchedPeers {
+ public:
+  explicit WatchedPeers(ui::Form& window) : window_(window) { window_.Load(); }
+  ~WatchedPeers() { window_.DetachPeers(); }
+  WatchedPeers(const WatchedPeers&) = delete;
+  WatchedPeers& operator=(const WatchedPeers&) = delete;
+
+  RecordingToolkit toolkit;
+
+ private:
+  ui::Form& window_;
+};
 
 /// The Activity Log page on a window of its own, with the program's state in memory and its files in a
 /// folder.

@@ -25,8 +25,7 @@ std::string DescribeObject(const base::ObjectRef& object) {
 
 std::string DescribeArray(const base::ArrayRef& array) {
   if (!array) return "[erased]";
-  std::string text =
-      "[" + base::ToText(array->lowerBound) + ".." + base::ToText(array->UpperBound()) + "]{";
+  std::string text = "[" + base::ToText(array->lowerBound) + ".." + base::ToText(array->UpperBound()) + "]{";
   for (std::size_t i = 0; i < array->elements.size(); ++i) {
     if (i > 0) text += ", ";
     text += Describe(array->elements[i]);
@@ -37,18 +36,17 @@ std::string DescribeArray(const base::ArrayRef& array) {
 }  // namespace
 
 std::string Describe(const base::Variant& value) {
-  return std::visit(
-      Overloaded{
-          [](std::monostate) { return std::string("empty"); },
-          [](const std::string& text) { return "\"" + text + "\""; },
-          [](std::int16_t number) { return base::ToText(number) + ":16"; },
-          [](std::int32_t number) { return base::ToText(number) + ":32"; },
-          [](double number) { return base::ToText(number) + ":double"; },
-          [](bool flag) { return base::ToText(flag); },
-          [](const base::ObjectRef& object) { return DescribeObject(object); },
-          [](const base::ArrayRef& array) { return DescribeArray(array); },
-      },
-      value.Get());
+  return std::visit(Overloaded{
+                        [](std::monostate) { return std::string("empty"); },
+                        [](const std::string& text) { return "\"" + text + "\""; },
+                        [](std::int16_t number) { return base::ToText(number) + ":16"; },
+                        [](std::int32_t number) { return base::ToText(number) + ":32"; },
+                        [](double number) { return base::ToText(number) + ":double"; },
+                        [](bool flag) { return base::ToText(flag); },
+                        [](const base::ObjectRef& object) { return DescribeObject(object); },
+                        [](const base::ArrayRef& array) { return DescribeArray(array); },
+                    },
+                    value.Get());
 }
 
 std::string Describe(const platform::Argument& argument) {

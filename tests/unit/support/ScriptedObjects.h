@@ -15,14 +15,14 @@
 
 namespace support {
 
-/// Kind and value in short: "text", 5:16, 5:32, True, null, object, the fields of a record in braces, and an array as
-/// its bounds and elements: [0..1]{"a", "b"}.
+/// Kind and value in short: "text", 5:16, 5:32, True, null, object, the fields of a record in braces, and an
+/// array as its bounds and elements: [0..1]{"a", "b"}.
 std::string Describe(const base::Variant& value);
 /// The same, with "&" in front of one by reference.
 std::string Describe(const platform::Argument& argument);
 
-/// What a class of late-bound objects does, shared by all its objects: answers to its members, and the calls that
-/// they got. A member that isn't scripted is one that the object lacks.
+/// What a class of late-bound objects does, shared by all its objects: answers to its members, and the calls
+/// that they got. A member that isn't scripted is one that the object lacks.
 class Script {
  public:
   using Member = std::function<base::Variant(std::span<platform::Argument>)>;
@@ -76,8 +76,8 @@ class ScriptedObjects : public platform::ObjectFactory {
  public:
   explicit ScriptedObjects(std::vector<std::string>& journal) : journal_(journal) {}
 
-  /// Makes the class known. Its objects have a title and a class name, and all other members of a plug-in whose
-  /// router works, has no features and never fails.
+  /// Makes the class known. Its objects have a title and a class name, and all other members of a plug-in
+  /// whose router works, has no features and never fails.
   std::shared_ptr<Script> AddPlugIn(const std::string& className, const std::string& title);
   /// The class is no longer installed.
   void Uninstall(const std::string& className) { classes_.erase(className); }

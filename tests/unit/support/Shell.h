@@ -29,7 +29,8 @@ class Shell {
   }
   void Store(const std::string& key, const std::string& value) { world.settings.Values()[key] = value; }
   /// A stored profile with one mapping to this computer, or to the host `forward`.
-  void StoreProfile(int number, const std::string& name, bool enabled, int port = 80, const char* forward = "-1") {
+  void StoreProfile(int number, const std::string& name, bool enabled, int port = 80,
+                    const char* forward = "-1") {
     const std::string prefix = "MP_" + std::to_string(number) + "_";
     Store("MapProfileCount", std::to_string(number));
     Store(prefix + "Name", name);

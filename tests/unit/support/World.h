@@ -87,7 +87,8 @@ class FakeWindowList : public platform::WindowList {
 
   platform::WindowHandle FindWindow(const char* className, const char* title) override {
     for (const Window& window : windows) {
-      if ((!className || window.className == className) && (!title || window.title == title)) return window.handle;
+      if ((!className || window.className == className) && (!title || window.title == title))
+        return window.handle;
     }
     return 0;
   }
@@ -135,8 +136,8 @@ class RecordingDebugOutput : public platform::DebugOutput {
   void Trace(std::string_view line) override { lines.emplace_back(line); }
 };
 
-/// Everything that the program asks of the machine, in memory. It puts itself, and an interface without a screen, in
-/// place while it lives.
+/// Everything that the program asks of the machine, in memory. It puts itself, and an interface without a
+/// screen, in place while it lives.
 class World {
  public:
   World();
