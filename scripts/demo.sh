@@ -46,8 +46,7 @@ stored_setting() {
 demo_install() {
   wine_register "$root/build/windows-x64/plug-ins/practice-router/PracticeRouter.dll"
   local settings
-  settings=$(wine reg query "$demo_section" 2>/dev/null | tr -d '\r') || true
-  if [ -z "$settings" ]; then
+  if ! settings=$(wine reg query "$demo_section" 2>/dev/null | tr -d '\r'); then
     demo_settings >"$build/wine/demo.reg"
     logged demo-settings wine reg import "$(wine_path "$build/wine/demo.reg")"
   fi

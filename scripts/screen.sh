@@ -7,7 +7,7 @@ screen_processes=()
 screen_start() {
   local number=$build/logs/screen-number.$$
   : >"$number"
-  Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$number" >"$build/logs/Xvfb.log" 2>&1 &
+  Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset 3>"$number" >"$build/logs/Xvfb.log" 2>&1 &
   screen_processes+=($!)
   until_true 20 test -s "$number" || fail "the virtual screen doesn't start (build/logs/Xvfb.log)"
   DISPLAY=:$(tr -d '\n' <"$number")

@@ -19,18 +19,30 @@ lost() {
   exit 1
 }
 
-# picture NAME WORDS: a picture of the screen, and what it shows.
+# picture NAME WORDS: a picture of the screen when it has come to rest, and what it shows.
 picture() {
   picture_number=$((picture_number + 1))
   local file
-  file=$(printf '%s/%d-%s.png' "$pictures" "$picture_number" "$1")
+  file=$(printf '%s/%02d-%s.png' "$pictures" "$picture_number" "$1")
+  until_true 5 screen_rests || true
   import -window root "$file"
   printf '%2d. %-70s %s\n' "$picture_number" "$2" "${file#"$root"/}"
 }
 
+# What a part of the screen looks like, as one word; the whole screen without a part. WIDTHxHEIGHT+X+Y
+look() { import -window root ${1:+-crop "$1"} rgb:- | cksum; }
+screen_rests() {
+  local before
+  before=$(look)
+  sleep 0.15
+  [ "$(look)" = "$before" ]
+}
+looks_different() { [ "$(look "$1")" != "$2" ]; }
+
 # The rows of the practice router's table.
 router_table() {
-  if [ -s "$table" ]; then sed 's/^/      /' "$table"; else echo '      (empty)'; fi
+  if [ ! -s "$table" ]; then echo '    (empty)'; fi
+  awk -F '|' '{ printf "    %-16s %-12s ports %-12s %-8s to the computer %s\n", $1, $2, $3, $4, $5 }' "$table"
 }
 
 # Places of windows, as `driver` tells them: x, y, width, height.
@@ -61,11 +73,29 @@ open_profiles() {
   read -r x y width height < <(menus | head -n 1 | cut -f 2-5)
 }
 
-# Half the height of a menu's entry and the menu's border: from its edge to the middle of its first or last entry.
+# From the edge of a menu to the middle of its first or last entry.
 entry_middle=11
 
-# Moves the mouse to an entry in steps, as a hand does, so that the menu follows.
-point_at() { xdotool mousemove $(($1 - 2)) "$2" mousemove "$1" "$2"; }
+# point_at Y: moves the mouse to an entry of the open submenu and waits until the menu shows it.
+point_at() {
+  local entry=$((width - 20))x4+$((x + 10))+$(($1 - 2)) before
+  before=$(look "$entry")
+  xdotool mousemove $((x + width / 2 - 2)) "$1" mousemove $((x + width / 2)) "$1"
+  until_true 5 looks_different "$entry" "$before" || lost "the menu doesn't follow the mouse"
+}
+
+# choose_by_mouse Y: clicks there in the open submenu.
+choose_by_mouse() {
+  click $((x + width / 2)) "$1" 1
+  menus --within 10 --gone || lost 'a click leaves the menu open'
+}
+
+# Puts the icon's area where users have theirs, out of the way of the windows.
+move_icon_area() {
+  xdotool search --name 'Wine System Tray' windowmove 1100 740
+  until_true 10 icon_is_at_the_bottom || lost "the icon's area can't be moved"
+}
+icon_is_at_the_bottom() { [ "$(place_of_icon | cut -f 2)" -gt 700 ]; }
 
 table_has() { grep -q "$1" "$table"; }
 table_is_empty() { [ -e "$table" ] && [ ! -s "$table" ]; }
@@ -84,6 +114,7 @@ tour() {
   HARBOURLINE_PRACTICE_TABLE=$(wine_path "$table") wine build/windows-x64/src/Harbourline.exe &
   program=$!
   until_true 30 place_of_icon || lost 'no icon comes up in the notification area'
+  move_icon_area
   until_true 10 table_is_empty || lost "the router's table is not empty at the start"
   picture started 'The icon stands in the notification area; the router forwards nothing'
   local before
@@ -98,9 +129,9 @@ tour() {
   menus --within 10 --gone || lost 'the key Escape leaves the menu open'
 
   open_profiles
-  point_at $((x + width / 2)) $((y + height - entry_middle))
+  point_at $((y + height - entry_middle))
   picture choice 'The mouse points at the last profile'
-  click $((x + width / 2)) $((y + height - entry_middle)) 1
+  choose_by_mouse $((y + height - entry_middle))
   until_true 10 table_has 'Web server' || lost "the mapping of 'Web server' doesn't reach the router"
   picture forwarded "'Web server' is on: its mapping stands in the router's table"
   local after
@@ -108,7 +139,7 @@ tour() {
 
   open_profiles
   picture checked 'The menu shows the profile that is on'
-  click $((x + width / 2)) $((y + entry_middle)) 1
+  choose_by_mouse $((y + entry_middle))
   until_true 10 table_is_empty || lost "'Clear All' leaves mappings on the router"
   picture cleared "'Clear All' took it off again"
 

@@ -65,8 +65,12 @@ RouterWindow::RouterWindow(const RouterState& state, Actions actions)
   CreateControls();
   ApplyLook();
   const SIZE smallest = SmallestWindow();
-  SetWindowPos(window_, nullptr, 0, 0, std::max<int>(smallest.cx, look_->Px(720)),
-               std::max<int>(smallest.cy, look_->Px(600)), SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  RECT work = {};
+  SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+  SetWindowPos(window_, nullptr, 0, 0,
+               std::max<int>(smallest.cx, std::min<int>(look_->Px(720), work.right - work.left)),
+               std::max<int>(smallest.cy, std::min<int>(look_->Px(600), work.bottom - work.top)),
+               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
   Refresh();
   RefreshTable();
 }

@@ -44,7 +44,8 @@ ctlAutomatic::ctlAutomatic(ui::Control* parent, std::string name)
 
 void ctlAutomatic::BackgroundColor(ui::Color color) {
   UserControl::BackgroundColor(color);
-  for (ui::Control* control : std::initializer_list<ui::Control*>{&lblTitle, &lblHelp, &chkEnable, &lblError}) {
+  for (ui::Control* control :
+       std::initializer_list<ui::Control*>{&lblTitle, &lblHelp, &chkEnable, &lblError}) {
     control->BackColor(color);
   }
   lvProfiles.BackColor(color - kListShade);

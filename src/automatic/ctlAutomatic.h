@@ -9,8 +9,9 @@
 #include "ui/Timer.h"
 #include "ui/UserControl.h"
 
-/// The page of the profiles that follow a program, and the engine that lets them: every two seconds it compares each
-/// such profile with what runs, and sends all changes to the router at once. It works whether the page shows or not.
+/// The page of the profiles that follow a program, and the engine that lets them: every two seconds it
+/// compares each such profile with what runs, and sends all changes to the router at once. It works whether
+/// the page shows or not.
 class ctlAutomatic : public ui::UserControl {
  public:
   ctlAutomatic(ui::Control* parent, std::string name);

@@ -93,9 +93,11 @@ void frmClassBrowser::OnResize() {
   cmdCancel.Move(Width() - ui::kMargin - kButtonWidth, Height() - ui::kMargin - kButtonHeight, kButtonWidth,
                  kButtonHeight);
   cmdAccept.Move(cmdCancel.Left() - ui::kMargin - kButtonWidth, cmdCancel.Top(), kButtonWidth, kButtonHeight);
-  txtWindowClass.Move(field, cmdCancel.Top() - ui::kMargin - kLineHeight, Width() - field - ui::kMargin, kLineHeight);
+  txtWindowClass.Move(field, cmdCancel.Top() - ui::kMargin - kLineHeight, Width() - field - ui::kMargin,
+                      kLineHeight);
   lblWindowClass.Move(ui::kMargin, txtWindowClass.Top(), kLabelWidth, kLineHeight);
-  txtWindowTitle.Move(field, txtWindowClass.Top() - ui::kMargin - kLineHeight, txtWindowClass.Width(), kLineHeight);
+  txtWindowTitle.Move(field, txtWindowClass.Top() - ui::kMargin - kLineHeight, txtWindowClass.Width(),
+                      kLineHeight);
   lblWindowTitle.Move(ui::kMargin, txtWindowTitle.Top(), kLabelWidth, kLineHeight);
   lslAvailableClasses.Move(ui::kMargin, ui::kMargin, inner,
                            std::max(0, txtWindowTitle.Top() - 2 * ui::kMargin));

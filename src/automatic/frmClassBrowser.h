@@ -8,8 +8,8 @@
 #include "ui/ListBox.h"
 #include "ui/TextBox.h"
 
-/// The window in which the user picks a running program by its window. What was picked stays readable after the
-/// window has closed.
+/// The window in which the user picks a running program by its window. What was picked stays readable after
+/// the window has closed.
 class frmClassBrowser : public ui::Form {
  public:
   frmClassBrowser();

@@ -45,7 +45,8 @@ std::int32_t EnumWindowCallback(platform::WindowHandle window, ui::ListBox& list
 
 void EnumAvailableWindows(ui::ListBox& list) {
   list.Clear();
-  Windows().EnumWindows([&list](platform::WindowHandle window) { return EnumWindowCallback(window, list) != 0; });
+  Windows().EnumWindows(
+      [&list](platform::WindowHandle window) { return EnumWindowCallback(window, list) != 0; });
 }
 
 std::string WindowTitleFromEntry(const std::string& sEntry) {

@@ -19,9 +19,9 @@ constexpr std::string_view kMapCount = "MapCount";
 
 const std::shared_ptr<const CXML::Names>& ElementNames() {
   static const auto names = std::make_shared<const CXML::Names>(
-      "MapProfile", std::vector<std::string>{std::string(kName), std::string(kDescription),
-                                             std::string(kWindowTitle), std::string(kWindowClass),
-                                             std::string(kAutoActivate), std::string(kEnabled)});
+      "MapProfile",
+      std::vector<std::string>{std::string(kName), std::string(kDescription), std::string(kWindowTitle),
+                               std::string(kWindowClass), std::string(kAutoActivate), std::string(kEnabled)});
   return names;
 }
 
@@ -62,7 +62,8 @@ std::shared_ptr<CMapping> CMapProfile::GetMapping(std::string_view sMappingKey) 
   return m_ccMappings.Get(sMappingKey);
 }
 
-void CMapProfile::Save(std::string_view sAppName, std::string_view sSection, std::string_view sKeyPrefix) const {
+void CMapProfile::Save(std::string_view sAppName, std::string_view sSection,
+                       std::string_view sKeyPrefix) const {
   const platform::SettingsSection settings(sAppName, sSection, sKeyPrefix);
   settings.Write(kDescription, sDescription);
   settings.Write(kName, sName);

@@ -48,13 +48,13 @@ class CMapProfile {
   std::shared_ptr<CMapping> GetMapping(std::string_view sMappingKey) const;
 
   void Save(std::string_view sAppName, std::string_view sSection, std::string_view sKeyPrefix) const;
-  /// For a fresh object: the mappings are added to those that it has. Fails when a stored value can't be converted;
-  /// the text tells which.
+  /// For a fresh object: the mappings are added to those that it has. Fails when a stored value can't be
+  /// converted; the text tells which.
   void Load(std::string_view sAppName, std::string_view sSection, std::string_view sKeyPrefix);
 
   void WriteXML(base::TextFileWriter& file) const;
-  /// False when `sLine` is no header of a profile. Otherwise the profile is read up to its trailer or the end of the
-  /// file; lines that are no mapping are skipped.
+  /// False when `sLine` is no header of a profile. Otherwise the profile is read up to its trailer or the end
+  /// of the file; lines that are no mapping are skipped.
   bool ReadXML(base::TextFileReader& file, std::string_view sLine);
   void m_XML_GetValue(std::string_view sAttributeName, base::Variant& vValue);
   void m_XML_SetValue(std::string_view sAttributeName, const base::Variant& vValue);

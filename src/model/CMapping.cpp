@@ -18,9 +18,9 @@ constexpr std::int16_t kThisComputer = -1;
 
 const std::shared_ptr<const CXML::Names>& ElementNames() {
   static const auto names = std::make_shared<const CXML::Names>(
-      "Mapping", std::vector<std::string>{std::string(kDescription), std::string(kBeginPort),
-                                          std::string(kEndPort), std::string(kProtocal),
-                                          std::string(kForwardIPAddress)});
+      "Mapping",
+      std::vector<std::string>{std::string(kDescription), std::string(kBeginPort), std::string(kEndPort),
+                               std::string(kProtocal), std::string(kForwardIPAddress)});
   return names;
 }
 

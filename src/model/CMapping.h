@@ -50,8 +50,8 @@ class CMapping {
   void Load(std::string_view sAppName, std::string_view sSection, std::string_view sKeyPrefix);
 
   void WriteXML(base::TextFileWriter& file) const;
-  /// False when `sLine` is no header of a mapping. Otherwise the values are taken from it, and one more line is read
-  /// as the trailer; ErrorOccured tells when it isn't there.
+  /// False when `sLine` is no header of a mapping. Otherwise the values are taken from it, and one more line
+  /// is read as the trailer; ErrorOccured tells when it isn't there.
   bool ReadXML(base::TextFileReader& file, std::string_view sLine);
   void m_XML_GetValue(std::string_view sAttributeName, base::Variant& vValue);
   void m_XML_SetValue(std::string_view sAttributeName, const base::Variant& vValue);

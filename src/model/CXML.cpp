@@ -30,7 +30,10 @@ base::Variant TokenValue(std::string_view token) {
 }  // namespace
 
 CXML::Names::Names(std::string sTag, std::vector<std::string> attributeNames)
-    : tag_(std::move(sTag)), attributes_(std::move(attributeNames)), head_("<" + tag_), trailer_("</" + tag_ + ">") {
+    : tag_(std::move(sTag)),
+      attributes_(std::move(attributeNames)),
+      head_("<" + tag_),
+      trailer_("</" + tag_ + ">") {
   assignments_.reserve(attributes_.size());
   for (const std::string& name : attributes_) assignments_.push_back(" " + name + "=");
 }

@@ -9,8 +9,8 @@
 #include "base/TextFile.h"
 #include "base/Variant.h"
 
-/// Writes and reads one element of an exchange file: a header line with a tag and attributes, and a trailer line.
-/// It knows no values: it asks its owner for them by GetValue and hands them over by SetValue.
+/// Writes and reads one element of an exchange file: a header line with a tag and attributes, and a trailer
+/// line. It knows no values: it asks its owner for them by GetValue and hands them over by SetValue.
 class CXML {
  public:
   /// What a kind of element is called. All elements of a kind may share one.
@@ -46,8 +46,8 @@ class CXML {
   void WriteHeader(base::TextFileWriter& file) const;
   void WriteTrailer(base::TextFileWriter& file) const;
 
-  /// True when the line is a header of this tag, blanks before it aside; its attributes have then been handed over.
-  /// One that can't be read ends that, raises ErrorOccured and leaves those before it as handed over.
+  /// True when the line is a header of this tag, blanks before it aside; its attributes have then been handed
+  /// over. One that can't be read ends that, raises ErrorOccured and leaves those before it as handed over.
   bool ReadHeader(std::string_view sLineIn) const;
   /// True when the line is the trailer of this tag, blanks around it aside.
   bool ReadTrailer(std::string_view sLineIn) const;

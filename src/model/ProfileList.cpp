@@ -26,14 +26,15 @@ void CRegistry::AddMapProfile(const std::shared_ptr<CMapProfile>& MapProfile, ui
 
 std::string CRegistry::NumberedName(const std::string& sName) const {
   const std::string stem = sName + "(";
-  // The last name in the order of the collection counts, which need not be the one with the greatest number. A number
-  // that leaves no room for the next one doesn't count.
+  // The last name in the order of the collection counts, which need not be the one with the greatest number.
+  // A number that leaves no room for the next one doesn't count.
   const auto [first, last] = m_MapProfileNames.WithPrefix(stem);
   std::int32_t number = 1;
   for (auto name = last; name != first;) {
     --name;
     const double next = base::LeadingNumber(std::string_view(name->first).substr(stem.size())) + 1;
-    if (next > std::numeric_limits<std::int32_t>::max() || next < std::numeric_limits<std::int32_t>::min()) continue;
+    if (next > std::numeric_limits<std::int32_t>::max() || next < std::numeric_limits<std::int32_t>::min())
+      continue;
     number = base::ToInt32(next);
     break;
   }
@@ -72,7 +73,8 @@ void CRegistry::PopulateMapProfileListView(ui::ListView& lv, bool bAutoOnly) con
   modListViewHelper::AutoSizeListViewColumns(lv, true);
 }
 
-void CRegistry::AddMapProfileListItem(ui::ListView& lv, const CMapProfile& MapProfile, bool bShowActive) const {
+void CRegistry::AddMapProfileListItem(ui::ListView& lv, const CMapProfile& MapProfile,
+                                      bool bShowActive) const {
   const bool isMarked = bShowActive && MapProfile.bEnabled;
   const std::string sText = MapProfile.sName + (isMarked ? " (Active)" : "");
   const std::size_t row = lv.AddRow(MapProfile.sKey(), sText);

@@ -20,8 +20,9 @@ const platform::EventInterface& Events() {
 
 void RequireCount(std::span<const base::Variant> arguments, std::size_t count) {
   if (arguments.size() == count) return;
-  throw base::Error(base::ErrorNumber::kWrongArgumentCount,
-                    "Wrong number of arguments: " + base::ToText(static_cast<std::int32_t>(arguments.size())));
+  throw base::Error(
+      base::ErrorNumber::kWrongArgumentCount,
+      "Wrong number of arguments: " + base::ToText(static_cast<std::int32_t>(arguments.size())));
 }
 
 }  // namespace

@@ -10,7 +10,8 @@
 #include "platform/LateBoundObject.h"
 #include "platform/ObjectFactory.h"
 
-/// The object by which a plug-in reports what its router logs. Its events come for as long as this object lives.
+/// The object by which a plug-in reports what its router logs. Its events come for as long as this object
+/// lives.
 class EventHandler : public std::enable_shared_from_this<EventHandler>, private platform::EventSink {
  public:
   /// Connects to the plug-in's object; fails when that lacks the events.

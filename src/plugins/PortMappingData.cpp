@@ -7,8 +7,8 @@
 
 namespace {
 
-constexpr std::array<std::string_view, 8> kNames = {"sProfileName", "sDescription", "lBeginPort",
-                                                    "lEndPort",     "bUDP",         "bTCP",
+constexpr std::array<std::string_view, 8> kNames = {"sProfileName",      "sDescription", "lBeginPort",
+                                                    "lEndPort",          "bUDP",         "bTCP",
                                                     "iForwardIPAddress", "bClearEntry"};
 
 base::Error NoSuchProperty(std::size_t index) {

@@ -5,8 +5,8 @@
 
 #include "base/Variant.h"
 
-/// The record that tells a plug-in about one range of ports. Its properties, by name and number, are the fields in
-/// their order.
+/// The record that tells a plug-in about one range of ports. Its properties, by name and number, are the
+/// fields in their order.
 class PortMappingData : public base::Record {
  public:
   std::string sProfileName;

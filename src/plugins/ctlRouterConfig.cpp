@@ -70,9 +70,9 @@ void ctlRouterConfig::Populate() {
 
 void ctlRouterConfig::ShowSelection(bool bShow) {
   lblError.Visible(!bShow);
-  for (ui::Control* control : std::initializer_list<ui::Control*>{
-           &lblRouterSelection, &lblStatus, &lblStatusLabel, &lblVersion, &lblVersionLabel, &cmdConfigureRouter,
-           &cbRouterSelection}) {
+  for (ui::Control* control :
+       std::initializer_list<ui::Control*>{&lblRouterSelection, &lblStatus, &lblStatusLabel, &lblVersion,
+                                           &lblVersionLabel, &cmdConfigureRouter, &cbRouterSelection}) {
     control->Visible(bShow);
   }
 }

@@ -8,8 +8,8 @@
 #include "ui/SocketControl.h"
 #include "ui/UserControl.h"
 
-/// The page on which the user selects the router's plug-in and opens its configuration. It stands on the main window
-/// and in the wizard, and tells its host what happened.
+/// The page on which the user selects the router's plug-in and opens its configuration. It stands on the main
+/// window and in the wizard, and tells its host what happened.
 class ctlRouterConfig : public ui::UserControl {
  public:
   ctlRouterConfig(ui::Control* parent, std::string name);

@@ -124,7 +124,8 @@ bool GetFeatures(const platform::LateBoundRef& server, std::vector<std::string>&
   sNames.clear();
   for (const base::Variant& name : Elements(arguments[0])) sNames.push_back(base::ToText(name));
   iIdentifiers.clear();
-  for (const base::Variant& identifier : Elements(arguments[1])) iIdentifiers.push_back(base::ToInt16(identifier));
+  for (const base::Variant& identifier : Elements(arguments[1]))
+    iIdentifiers.push_back(base::ToInt16(identifier));
   return base::ToBoolean(result);
 }
 

@@ -9,8 +9,9 @@
 #include "platform/LateBoundObject.h"
 #include "plugins/EventHandler.h"
 
-/// The only place that names the members of a plug-in. Each wrapper takes the plug-in, which may be empty: then nothing
-/// is called, and the answer is the one told below. What fails in the plug-in goes to the caller.
+/// The only place that names the members of a plug-in. Each wrapper takes the plug-in, which may be empty:
+/// then nothing is called, and the answer is the one told below. What fails in the plug-in goes to the
+/// caller.
 namespace modServerHelper {
 
 /// "N/A" without a plug-in.
@@ -36,13 +37,13 @@ std::string WANIP(const platform::LateBoundRef& server);
 bool CheckForWarning(const platform::LateBoundRef& server, std::string sLocalIP);
 /// True is failure. False without a plug-in.
 bool SetLogging(const platform::LateBoundRef& server, std::string sLocalIP);
-/// True is failure. False without a plug-in. The array may have any bounds; the plug-in gets it by reference, and what
-/// it does to its elements is seen by the caller.
+/// True is failure. False without a plug-in. The array may have any bounds; the plug-in gets it by reference,
+/// and what it does to its elements is seen by the caller.
 bool SetPortForwarding(const platform::LateBoundRef& server, const base::ArrayRef& MappingArray,
                        std::int16_t iLocalIP);
 void ApplicationExiting(const platform::LateBoundRef& server, const std::string& sLocalIP);
-/// Captions and identifiers in step; both hold afterwards what the plug-in left there, from its own lower bound on.
-/// False when there are no features, and without a plug-in.
+/// Captions and identifiers in step; both hold afterwards what the plug-in left there, from its own lower
+/// bound on. False when there are no features, and without a plug-in.
 bool GetFeatures(const platform::LateBoundRef& server, std::vector<std::string>& sNames,
                  std::vector<std::int16_t>& iIdentifiers);
 /// True without a plug-in.

@@ -107,7 +107,8 @@ void CRegistry::LoadRouters() {
 }
 
 void CRegistry::LoadMapProfiles() {
-  const std::int16_t count = platform::SettingsSection(kApplication, kSection).ReadInt16("MapProfileCount", 0);
+  const std::int16_t count =
+      platform::SettingsSection(kApplication, kSection).ReadInt16("MapProfileCount", 0);
   for (std::int32_t number = 1; number <= count; ++number) {
     const auto profile = std::make_shared<CMapProfile>();
     profile->Load(kApplication, kSection, ProfilePrefix(number));
@@ -131,8 +132,8 @@ void CRegistry::Save() {
   settings.Write("ShowSplashOnStartup", ShowSplashOnStartup);
   settings.Write("TrayLights", TrayLights);
   failure.Run([this] {
-    platform::TheMachine().systemHelper->SetAutoStart(LoadOnStartup, kApplication,
-                                                      modCommon::MakeFullPath(m_InstallPath, "Harbourline.exe"));
+    platform::TheMachine().systemHelper->SetAutoStart(
+        LoadOnStartup, kApplication, modCommon::MakeFullPath(m_InstallPath, "Harbourline.exe"));
   });
   SaveMapProfiles();
   settings.Write("ExportProfiles", ExportProfiles);

@@ -17,8 +17,9 @@ class ComboBox;
 class ListView;
 }  // namespace ui
 
-/// The state of the program: the known routers and the selected one, the profiles, and the user's settings. It is
-/// loaded when the object is made and saved when the object is let go. Changes stay in memory until then.
+/// The state of the program: the known routers and the selected one, the profiles, and the user's settings.
+/// It is loaded when the object is made and saved when the object is let go. Changes stay in memory until
+/// then.
 class CRegistry {
  public:
   using Routers = base::KeyedCollection<platform::LateBoundRef>;
@@ -28,16 +29,16 @@ class CRegistry {
   static constexpr std::string_view kApplication = "Harbourline";
   static constexpr std::string_view kSection = "RouterSection";
 
-  /// Loads everything. Fails when a stored value can't be converted, with a text that tells which and where it lies;
-  /// nothing is saved then.
+  /// Loads everything. Fails when a stored value can't be converted, with a text that tells which and where
+  /// it lies; nothing is saved then.
   CRegistry();
   /// Releases as Release does, but swallows what fails.
   ~CRegistry();
   CRegistry(const CRegistry&) = delete;
   CRegistry& operator=(const CRegistry&) = delete;
 
-  /// The end of the object's work: saves, then lets go of the selected router, of all routers and of the profiles.
-  /// A failure of the save goes to the caller after that. Further calls do nothing.
+  /// The end of the object's work: saves, then lets go of the selected router, of all routers and of the
+  /// profiles. A failure of the save goes to the caller after that. Further calls do nothing.
   void Release();
 
   /// Key of the page last chosen in the tree.
@@ -55,7 +56,8 @@ class CRegistry {
   bool ShowSplashOnStartup = true;
   /// 1 activity lights, 2 speed bar, 3 logo.
   std::int16_t TrayLights = 1;
-  /// Sorted by name, by each profile's sKey. Profiles come and go by AddMapProfile and RemoveMapProfile alone.
+  /// Sorted by name, by each profile's sKey. Profiles come and go by AddMapProfile and RemoveMapProfile
+  /// alone.
   const MapProfiles& ccMapProfiles() const { return m_ccMapProfiles; }
   bool ExportProfiles = true;
   bool AutomaticActivation = false;
@@ -64,16 +66,17 @@ class CRegistry {
 
   /// Takes in the plug-ins that installers have announced since.
   void CheckForPlugIns();
-  /// Rewrites the whole stored section and the logon entry. A plug-in that fails meanwhile costs nothing of what is
-  /// stored; the first failure goes to the caller when all is written.
+  /// Rewrites the whole stored section and the logon entry. A plug-in that fails meanwhile costs nothing of
+  /// what is stored; the first failure goes to the caller when all is written.
   void Save();
-  /// Makes a plug-in and adds it under its title. One that can't be made, whose title can't be read or is taken, is
-  /// left out silently.
+  /// Makes a plug-in and adds it under its title. One that can't be made, whose title can't be read or is
+  /// taken, is left out silently.
   void AddRouter(const std::string& sClass);
-  /// The only way in for a profile: gives it a number when its name is taken, and its place in the order of names.
-  /// `lv`, if any, gets a row for it. A name that changes later counts from the next AddMapProfile on.
+  /// The only way in for a profile: gives it a number when its name is taken, and its place in the order of
+  /// names. `lv`, if any, gets a row for it. A name that changes later counts from the next AddMapProfile on.
   void AddMapProfile(const std::shared_ptr<CMapProfile>& MapProfile, ui::ListView* lv);
-  /// Fills the list with the profiles, or, with `bAutoOnly`, with those that follow a program and marks active ones.
+  /// Fills the list with the profiles, or, with `bAutoOnly`, with those that follow a program and marks
+  /// active ones.
   void PopulateMapProfileListView(ui::ListView& lv, bool bAutoOnly) const;
   /// Takes the profile, and its row in `lv` if any, away; what isn't there is ignored.
   void RemoveMapProfile(std::string_view sKey, ui::ListView* lv);
@@ -85,14 +88,15 @@ class CRegistry {
   platform::LateBoundRef GetRouterByClass(std::string_view sClassName) const;
   /// Fails for an unknown key.
   std::shared_ptr<CMapProfile> GetMapProfileByKey(std::string_view sKey) const;
-  /// Writes the profiles to an exchange file and tells the user. A file that can't be opened is told too; any other
-  /// failure goes to the caller.
+  /// Writes the profiles to an exchange file and tells the user. A file that can't be opened is told too; any
+  /// other failure goes to the caller.
   void ExportByKeys(const std::string& sFullPathName, std::span<const std::string> sProfileKeys);
   /// Adds the profiles of an exchange file and tells the user how it went, in the same way.
   void Import(const std::string& sFullPathName);
   void m_TemporaryProfile_ErrorOccured(const std::string& sErrorMessage);
-  /// Sends what all profiles want to the router in one call and brings their marks up to date before. `iLocalIP` is
-  /// the last octet of this computer's address. `bSuccess` is what the plug-in answers: true is failure.
+  /// Sends what all profiles want to the router in one call and brings their marks up to date before.
+  /// `iLocalIP` is the last octet of this computer's address. `bSuccess` is what the plug-in answers: true is
+  /// failure.
   void ActivatePortForwarding(std::int16_t iLocalIP, bool bReset, bool& bSuccess);
 
  private:
@@ -104,8 +108,8 @@ class CRegistry {
   void SaveMapProfiles() const;
   std::string NumberedName(const std::string& sName) const;
   void AddMapProfileListItem(ui::ListView& lv, const CMapProfile& MapProfile, bool bShowActive) const;
-  void JudgeMapping(std::int16_t iLocalIP, bool bReset, const CMapProfile& MapProfile, const CMapping& Mapping,
-                    std::int32_t& iVerdict) const;
+  void JudgeMapping(std::int16_t iLocalIP, bool bReset, const CMapProfile& MapProfile,
+                    const CMapping& Mapping, std::int32_t& iVerdict) const;
   /// Puts another profile, or none, in the place of the one that is being imported.
   void TemporaryProfile(std::shared_ptr<CMapProfile> MapProfile);
 

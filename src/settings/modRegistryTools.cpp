@@ -57,8 +57,8 @@ std::int32_t CreateKey(platform::RegistryKey lHive, const std::string& sKeyPath)
   return code;
 }
 
-std::int32_t SetKeyValue(platform::RegistryKey lHive, const std::string& sKeyPath, const std::string& sValueName,
-                         const base::Variant& vValue, std::int32_t lType) {
+std::int32_t SetKeyValue(platform::RegistryKey lHive, const std::string& sKeyPath,
+                         const std::string& sValueName, const base::Variant& vValue, std::int32_t lType) {
   platform::RegistryKey key = 0;
   const std::int32_t code = Registry().OpenKeyEx(lHive, sKeyPath, kKeyAllAccess, key);
   if (code != 0) return code;
@@ -66,7 +66,8 @@ std::int32_t SetKeyValue(platform::RegistryKey lHive, const std::string& sKeyPat
   return SetValueEx(key, sValueName, lType, vValue);
 }
 
-std::string QueryValue(platform::RegistryKey lHive, const std::string& sKeyPath, const std::string& sValueName) {
+std::string QueryValue(platform::RegistryKey lHive, const std::string& sKeyPath,
+                       const std::string& sValueName) {
   // A key that can't be opened leaves the handle 0, with which every query fails.
   platform::RegistryKey key = 0;
   Registry().OpenKeyEx(lHive, sKeyPath, kKeyAllAccess, key);
@@ -80,7 +81,8 @@ std::int32_t SetValueEx(platform::RegistryKey lKey, const std::string& sValueNam
                         const base::Variant& vValue) {
   if (lType == kRegSz) {
     const std::string text = base::ToText(vValue);
-    return Registry().SetValueEx(lKey, sValueName, kRegSz, text.data(), static_cast<std::uint32_t>(text.size()));
+    return Registry().SetValueEx(lKey, sValueName, kRegSz, text.data(),
+                                 static_cast<std::uint32_t>(text.size()));
   }
   if (lType == kRegDword) {
     const std::int32_t number = base::ToInt32(vValue);

@@ -11,7 +11,8 @@ namespace {
 
 constexpr const char* kWebSite = "https://harbourline.example/";
 constexpr const char* kContact =
-    "\r\nQuestions, ideas and plug-ins are welcome:\r\nhttps://harbourline.example/\r\nhello@harbourline.example\r\n";
+    "\r\nQuestions, ideas and plug-ins are "
+    "welcome:\r\nhttps://harbourline.example/\r\nhello@harbourline.example\r\n";
 
 constexpr ui::Twips kLogo = 480;
 constexpr ui::Twips kTitleHeight = 600;
@@ -53,5 +54,6 @@ void ctlAbout::OnResize() {
   cmdGoToWebSite.Move((Width() - kButtonWidth) / 2, Height() - ui::kMargin - kButtonHeight, kButtonWidth,
                       kButtonHeight);
   const ui::Twips top = lblTitle.Bottom() + ui::kMargin;
-  rtInfo.Move(ui::kMargin, top, Width() - 2 * ui::kMargin, std::max(0, cmdGoToWebSite.Top() - ui::kMargin - top));
+  rtInfo.Move(ui::kMargin, top, Width() - 2 * ui::kMargin,
+              std::max(0, cmdGoToWebSite.Top() - ui::kMargin - top));
 }

@@ -12,7 +12,8 @@ constexpr ui::Twips kButtonHeight = 700;
 
 // \x85 is the ellipsis character of the code page.
 constexpr const char* kText =
-    "You can press the 'F1' key at anytime to bring up context sensitive help for that subject. By pressing the "
+    "You can press the 'F1' key at anytime to bring up context sensitive help for that subject. By pressing "
+    "the "
     "\"Help\x85\" button below, you will be taken to the help menu.";
 
 }  // namespace
@@ -38,7 +39,8 @@ void ctlHelp::BackgroundColor(ui::Color color) {
 void ctlHelp::OnResize() {
   const ui::Twips inner = Width() - 2 * ui::kMargin;
   lblTitle.Move(ui::kMargin, ui::kMargin, inner, kTitleHeight);
-  cmdHelp.Move((Width() - kButtonWidth) / 2, Height() - ui::kMargin - kButtonHeight, kButtonWidth, kButtonHeight);
+  cmdHelp.Move((Width() - kButtonWidth) / 2, Height() - ui::kMargin - kButtonHeight, kButtonWidth,
+               kButtonHeight);
   const ui::Twips top = lblTitle.Bottom() + ui::kMargin;
   lblHelp.Move(ui::kMargin, top, inner, std::max(0, cmdHelp.Top() - ui::kMargin - top));
 }

@@ -24,15 +24,16 @@ ctlSetupWizard::ctlSetupWizard(ui::Control* parent, std::string name)
   lblTitle.ForeColor(modCommon::ColorTitle());
   rtInfo.Font({"MS Sans Serif", 9.75, false});
   rtInfo.Text(std::string());
+  modControlHelper::AddRichText(rtInfo,
+                                "Use the Setup Wizard tool to step you through the required configuration "
+                                "procedures of Harbourline. You are "
+                                "only required to run the Setup Wizard once, however, there may be times "
+                                "when rerunning the Setup Wizard will "
+                                "cause potential configuration issues to go away.\r\n\r\n",
+                                false, ui::kBlack);
   modControlHelper::AddRichText(
-      rtInfo,
-      "Use the Setup Wizard tool to step you through the required configuration procedures of Harbourline. You are "
-      "only required to run the Setup Wizard once, however, there may be times when rerunning the Setup Wizard will "
-      "cause potential configuration issues to go away.\r\n\r\n",
+      rtInfo, "If you are looking for additional Profiles to import into this program, check our website.",
       false, ui::kBlack);
-  modControlHelper::AddRichText(
-      rtInfo, "If you are looking for additional Profiles to import into this program, check our website.", false,
-      ui::kBlack);
   cmdWizard.Click.Connect<&ctlSetupWizard::cmdWizard_Click>(this);
   OnResize();
 }
@@ -50,7 +51,8 @@ void ctlSetupWizard::cmdWizard_Click() {
 void ctlSetupWizard::OnResize() {
   const ui::Twips inner = Width() - 2 * ui::kMargin;
   lblTitle.Move(ui::kMargin, ui::kMargin, inner, kTitleHeight);
-  cmdWizard.Move((Width() - kButtonWidth) / 2, Height() - ui::kMargin - kButtonHeight, kButtonWidth, kButtonHeight);
+  cmdWizard.Move((Width() - kButtonWidth) / 2, Height() - ui::kMargin - kButtonHeight, kButtonWidth,
+                 kButtonHeight);
   const ui::Twips top = lblTitle.Bottom() + ui::kMargin;
   rtInfo.Move(ui::kMargin, top, inner, std::max(0, cmdWizard.Top() - ui::kMargin - top));
 }

@@ -1,7 +1,7 @@
 #include "shell/frmMain.h"
 
-#include "plugins/modServerHelper.h"
 #include "platform/Machine.h"
+#include "plugins/modServerHelper.h"
 #include "settings/CRegistry.h"
 #include "setup/frmWizard.h"
 #include "setup/modSystem.h"
@@ -19,8 +19,8 @@ constexpr std::int16_t kTitleSeconds = 7;
 
 }  // namespace
 
-/// Part of the start runs before any window is there to report to; a failure in one step is told and leaves the steps
-/// after it their turn, as a failed click leaves the program running.
+/// Part of the start runs before any window is there to report to; a failure in one step is told and leaves
+/// the steps after it their turn, as a failed click leaves the program running.
 template <typename Step>
 void frmMain::Guarded(std::string_view step, Step&& run) {
   ui::EventGuard::Run(*this, step, ui::EventGuard::Repeats::kNo, std::forward<Step>(run));
@@ -228,7 +228,7 @@ void frmMain::mnuHelp_Click() {
 }
 
 void frmMain::mnuExit_Click() {
-  const auto answer = ui::ShowMessage("Are you sure you want to exit Harbourline?", ui::MessageIcon::kQuestion,
-                                      ui::MessageButtons::kYesNo);
+  const auto answer = ui::ShowMessage("Are you sure you want to exit Harbourline?",
+                                      ui::MessageIcon::kQuestion, ui::MessageButtons::kYesNo);
   if (answer == ui::MessageResult::kYes) Unload();
 }

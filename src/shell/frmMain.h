@@ -27,9 +27,9 @@
 #include "ui/TreeView.h"
 #include "ui/ctlSysTray.h"
 
-/// The main window and the entry of the program. Its construction loads the state and sends the active profiles to the
-/// router; its load puts the program into the notification area, where it stays with the window hidden; its
-/// destruction saves the state.
+/// The main window and the entry of the program. Its construction loads the state and sends the active
+/// profiles to the router; its load puts the program into the notification area, where it stays with the
+/// window hidden; its destruction saves the state.
 class frmMain : public ui::Form {
  public:
   /// Fails when the state can't be loaded; nothing is saved then.

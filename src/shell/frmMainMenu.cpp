@@ -8,7 +8,8 @@
 
 namespace {
 
-// The submenu of profiles: the pattern entry, which the user never sees, "Clear All", a separator, then the profiles.
+// The submenu of profiles: the pattern entry, which the user never sees, "Clear All", a separator, then the
+// profiles.
 constexpr std::int32_t kPattern = 0;
 constexpr std::int32_t kClearAll = 1;
 constexpr std::int32_t kSeparator = 2;

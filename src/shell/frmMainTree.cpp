@@ -52,8 +52,9 @@ void frmMain::PopulateCategories(const std::string& sNodeKey) {
   std::string sKey = sNodeKey.empty() ? g_Registry->LastMenuLocation : sNodeKey;
   for (const Category& category : kCategories) {
     const bool bGroup = category.group.empty();
-    tvCategories.AddNode({std::string(category.key), std::string(category.caption), std::string(category.group),
-                          bGroup, bGroup, bGroup ? modCommon::ColorTitle() : ui::kDefaultColor});
+    tvCategories.AddNode({std::string(category.key), std::string(category.caption),
+                          std::string(category.group), bGroup, bGroup,
+                          bGroup ? modCommon::ColorTitle() : ui::kDefaultColor});
   }
   // The stored place may come from another version, whose tree had other nodes.
   if (!tvCategories.Contains(sKey)) sKey = kFirstPage;

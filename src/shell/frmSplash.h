@@ -10,7 +10,8 @@ class frmSplash : public ui::Form {
  public:
   frmSplash();
 
-  /// The window closes `iSeconds` from now. The milliseconds must fit 16 bits: 33 seconds and more are an error.
+  /// The window closes `iSeconds` from now. The milliseconds must fit 16 bits: 33 seconds and more are an
+  /// error.
   void SetTimer(std::int16_t iSeconds);
 
   /// The one instance of the program, made at first use.

@@ -12,7 +12,7 @@
 namespace ui {
 
 class Control;
-class FileDialog;
+struct FileDialog;
 class Menu;
 struct Message;
 enum class MessageResult;

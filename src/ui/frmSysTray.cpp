@@ -7,8 +7,8 @@
 
 namespace {
 
-// The area's record says which of its fields count and which message reports the mouse. The message is the one of an
-// ordinary mouse move, which brings the mouse's action as the x coordinate.
+// The area's record says which of its fields count and which message reports the mouse. The message is the
+// one of an ordinary mouse move, which brings the mouse's action as the x coordinate.
 constexpr std::uint32_t kRecordSize = 88;
 constexpr std::uint32_t kMessageIconAndTip = 1 | 2 | 4;
 constexpr std::uint32_t kMouseMove = 0x200;

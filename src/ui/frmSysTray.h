@@ -5,8 +5,8 @@
 #include "platform/NotificationArea.h"
 #include "ui/Form.h"
 
-/// The hidden window behind the icon in the notification area: it holds the area's record, and turns the area's
-/// callback into four events. The window's own icon is the icon of the area.
+/// The hidden window behind the icon in the notification area: it holds the area's record, and turns the
+/// area's callback into four events. The window's own icon is the icon of the area.
 class frmSysTray : public ui::Form {
  public:
   frmSysTray();

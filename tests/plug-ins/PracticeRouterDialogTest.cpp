@@ -66,6 +66,18 @@ TEST_F(PracticeRouterDialogTest, AcceptedItAnswersFalseAndSetsAndStoresEverythin
   }
 }
 
+TEST_F(PracticeRouterDialogTest, ARefusingRouterAnswersTrueAndKeepsItsTable) {
+  EXPECT_TRUE(Forward({{L"Web", L"", 80, 80, false, true, 5, false}}, 5).IsBool(false));
+  Configure([](HWND dialog) {
+    Tick(dialog, L"Re&fuse port forwarding");
+    Press(dialog, L"OK");
+  });
+  EXPECT_TRUE(Forward({{L"Game", L"", 1, 1, true, true, 5, false}}, 5).IsBool(true));
+  late::MappingArray empty = late::MappingArray::Empty();
+  EXPECT_TRUE(Forward(empty, 5).IsBool(true));
+  EXPECT_THAT(Table(), testing::ElementsAre(L"Web |  | 80 | TCP | *.5"));
+}
+
 TEST_F(PracticeRouterDialogTest, CancelledItAnswersTrueAndChangesNothing) {
   const late::Answer answer = Configure([](HWND dialog) {
     SetWindowTextW(Edit(dialog), L"198.51.100.23");
@@ -75,6 +87,16 @@ TEST_F(PracticeRouterDialogTest, CancelledItAnswersTrueAndChangesNothing) {
   EXPECT_TRUE(answer.IsBool(true));
   EXPECT_TRUE(Call(L"IServer_WANIP").IsText(L"203.0.113.7"));
   EXPECT_TRUE(CallWithAddress(L"IServer_CheckForWarning").IsBool(false));
+}
+
+TEST_F(PracticeRouterDialogTest, WithoutTheTickLoggingBringsNoTraffic) {
+  Configure([](HWND dialog) {
+    Tick(dialog, L"&Make log traffic while logging is on");
+    Press(dialog, L"OK");
+  });
+  late::Put(router.get(), L"IServer_EnableLog", late::Value(true));
+  EXPECT_TRUE(CallWithAddress(L"IServer_SetLogging").IsBool(false));
+  EXPECT_EQ(Fact(L"Log"), L"On, no traffic");
 }
 
 TEST_F(PracticeRouterDialogTest, ClosedByItsBoxItCountsAsCancelled) {

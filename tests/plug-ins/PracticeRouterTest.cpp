@@ -116,19 +116,6 @@ TEST_F(PracticeRouterTest, WhatOneProfileClearsAndAnotherWantsIsOnTheRouter) {
   EXPECT_THAT(Table(), ElementsAre(L"New |  | 5060 | UDP | *.17"));
 }
 
-TEST_F(PracticeRouterTest, ARefusingRouterAnswersTrueAndKeepsItsTable) {
-  StoreFlag(L"RefusePortForwarding", 0);
-  Forward({{L"Web", L"", 80, 80, false, true, 5, false}}, 5);
-  const std::vector<std::wstring> before = Table();
-  StoreFlag(L"RefusePortForwarding", 1);
-  late::Ref<IDispatch> first = std::move(router);
-  router = host::Make(kProgId);
-  EXPECT_TRUE(Forward({{L"Game", L"", 1, 1, true, true, 5, false}}, 5).IsBool(true));
-  EXPECT_EQ(before.size(), 1u);
-  first.reset();
-  EXPECT_THAT(Table(), IsEmpty());
-}
-
 TEST_F(PracticeRouterTest, PortsAndHostsAreTakenAsTheyAreSent) {
   Forward({{L"Odd", L"", 70000, -3, false, false, 999, false}}, 5);
   EXPECT_THAT(Table(), ElementsAre(L"Odd |  | 70000 - -3 |  | *.999"));

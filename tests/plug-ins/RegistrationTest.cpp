@@ -69,16 +69,24 @@ TEST(RegistrationTest, TheDllMayLeaveWhenItsLastObjectIsGone) {
   EXPECT_EQ(library.CanUnloadNow(), S_OK);
 }
 
-TEST(RegistrationTest, AReloadedDllShowsItsWindowAgain) {
-  for (int i = 0; i < 2; ++i) {
-    const late::Ref<IDispatch> router = host::Make(L"Harbourline.PracticeRouter");
-    late::Call(router.get(), L"IServer_WANIP");
+TEST(RegistrationTest, ADllThatLeavesTakesItsWindowClassWithIt) {
+  const auto use = [] {
+    const late::Ref<IDispatch> first = host::Make(L"Harbourline.PracticeRouter");
+    const late::Ref<IDispatch> second = host::Make(L"Harbourline.PracticeRouter");
+    late::Call(first.get(), L"IServer_WANIP");
+    late::Call(second.get(), L"IServer_WANIP");
     EXPECT_NE(FindWindowW(L"HarbourlinePracticeRouter", nullptr), nullptr);
-  }
+  };
+  use();
+  const HINSTANCE library = GetModuleHandleW(L"PracticeRouter.dll");
+  ASSERT_NE(library, nullptr);
+  WNDCLASSEXW windowClass = {};
+  windowClass.cbSize = sizeof windowClass;
+  EXPECT_FALSE(GetClassInfoExW(library, L"HarbourlinePracticeRouter", &windowClass));
   CoFreeUnusedLibrariesEx(0, 0);
-  const late::Ref<IDispatch> router = host::Make(L"Harbourline.PracticeRouter");
-  late::Call(router.get(), L"IServer_WANIP");
-  EXPECT_NE(FindWindowW(L"HarbourlinePracticeRouter", nullptr), nullptr);
+  CoFreeUnusedLibrariesEx(0, 0);
+  EXPECT_EQ(GetModuleHandleW(L"PracticeRouter.dll"), nullptr);
+  use();
 }
 
 TEST(RegistrationTest, TheFactoryRefusesWhatItCannotMake) {

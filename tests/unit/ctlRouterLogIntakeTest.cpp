@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 
 #include "base/Error.h"
-#include "plugins/modServerHelper.h"
 #include "support/RouterLogTest.h"
 
 namespace {
@@ -335,14 +334,6 @@ TEST_F(RouterLogIntake, MayBeResetFromInsideAnEvent) {
   });
   EXPECT_EQ(DescriptionOf(81), "named");
   EXPECT_EQ(world.objects.Connections(), 0u);
-}
-
-TEST_F(RouterLogIntake, HearsNothingOfAnEarlierSourceThatStillRaises) {
-  // Somebody else keeps the earlier router's connection up.
-  const auto kept = modServerHelper::EventHandler(g_Registry->Router);
-  kept->Log.Connect([this](const auto&...) { page->Reset(); });
-  RaiseLog("in", "s", 1, "d", 2, "m");
-  EXPECT_EQ(List().RowCount(), 1u);
 }
 
 }  // namespace

@@ -200,6 +200,8 @@ TEST_F(UiMenuTest, AMenuDoesNotBringUpAWindowThatLiesBehindOthers) {
   form_.Show();
   TestForm front("frmFront");
   front.Show();
+  RunFor(200);
+  ASSERT_EQ(GetForegroundWindow(), front.Window());
   HWND active = nullptr;
   Show([&] {
     MenuOnScreen();

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <vector>
 
 #include "support/Automation.h"
 #include "support/Failure.h"
@@ -143,10 +144,11 @@ TEST(VariantConversionTest, WhatAReferencePointsAtTakesTheValueInItsOwnKind) {
   BSTR text = SysAllocString(L"old");
   target = ReferenceTo(VT_BSTR, &text);
   AssignByReference(target, true);
-  // Where a text that was freed by mistake would be overwritten.
-  BSTR other = SysAllocString(L"Else");
+  // If the text were freed by mistake, others would take its place.
+  std::vector<BSTR> others;
+  for (int i = 0; i < 1000; ++i) others.push_back(SysAllocString(L"Else"));
   EXPECT_EQ(support::TextOf(text), L"True");
-  SysFreeString(other);
+  for (const BSTR other : others) SysFreeString(other);
   AssignByReference(target, std::string("a\0\xE9", 3));
   EXPECT_EQ(support::TextOf(text), std::wstring(L"a\0\x00E9", 3));
   SysFreeString(text);

@@ -1,5 +1,4 @@
 #include <cstdint>
-#include <limits>
 #include <new>
 
 #include "platform/win32/ComObject.h"

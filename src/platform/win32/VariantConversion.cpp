@@ -3,7 +3,6 @@
 #include <charconv>
 #include <cstdint>
 #include <cstring>
-#include <limits>
 #include <utility>
 
 #include "base/Error.h"
@@ -18,6 +17,8 @@ template <typename... Handlers>
 struct Overloaded : Handlers... {
   using Handlers::operator()...;
 };
+template <typename... Handlers>
+Overloaded(Handlers...) -> Overloaded<Handlers...>;
 
 base::Variant NoMatch() {
   return base::Variant(base::ObjectRef());

@@ -72,8 +72,9 @@ void Win32Toolkit::RunWhile(const std::function<bool()>& condition) {
   while (condition()) {
     MSG message;
     if (!PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-      // Unlike GetMessage this comes back after a message that another thread or program sent, so that what
-      // its handler did to the condition is seen at once.
+      // A message that another thread or program sent is handled inside PeekMessage, or ends the wait: either
+      // way what its handler did to the condition is seen at once.
+      if (!condition()) return;
       MsgWaitForMultipleObjectsEx(0, nullptr, INFINITE, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
       continue;
     }

@@ -1,5 +1,7 @@
 // The desktop for scripts: finds windows, tells their texts and places, presses keys and buttons.
 
+#include <fcntl.h>
+#include <io.h>
 #include <windows.h>
 
 #include <cstdio>
@@ -134,5 +136,7 @@ int Run(const std::vector<std::string>& arguments) {
 }  // namespace
 
 int main(int count, char** values) {
+  // Scripts that read the lines don't expect carriage returns.
+  _setmode(_fileno(stdout), _O_BINARY);
   return Run({values + 1, values + count});
 }

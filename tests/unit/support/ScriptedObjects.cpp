@@ -10,6 +10,8 @@ template <typename... Handlers>
 struct Overloaded : Handlers... {
   using Handlers::operator()...;
 };
+template <typename... Handlers>
+Overloaded(Handlers...) -> Overloaded<Handlers...>;
 
 std::string DescribeObject(const base::ObjectRef& object) {
   if (!object) return "null";

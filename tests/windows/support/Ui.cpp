@@ -1,6 +1,29 @@
 #include "support/Ui.h"
 
 namespace support {
+namespace {
+
+struct WindowSearch {
+  std::string className;
+  const char* title;
+  HWND found = nullptr;
+};
+
+BOOL CALLBACK OnWindow(HWND window, LPARAM parameter) {
+  auto& search = *reinterpret_cast<WindowSearch*>(parameter);
+  DWORD process = 0;
+  GetWindowThreadProcessId(window, &process);
+  if (process != GetCurrentProcessId() || !IsWindowVisible(window)) return TRUE;
+  char text[256];
+  GetClassNameA(window, text, sizeof text);
+  if (search.className != text) return TRUE;
+  GetWindowTextA(window, text, sizeof text);
+  if (search.title && std::string(search.title) != text) return TRUE;
+  search.found = window;
+  return FALSE;
+}
+
+}  // namespace
 
 TestForm::TestForm(std::string name, Style style, ui::Twips width, ui::Twips height)
     : Form(std::move(name), "A test", style, width, height) {}
@@ -57,26 +80,8 @@ void ClickAt(int x, int y) {
 }
 
 HWND FindOwnWindow(const char* className, const char* title) {
-  struct Search {
-    const char* className;
-    const char* title;
-    HWND found = nullptr;
-  } search{className, title};
-  EnumWindows(
-      [](HWND window, LPARAM parameter) -> BOOL {
-        auto& wanted = *reinterpret_cast<Search*>(parameter);
-        DWORD process = 0;
-        GetWindowThreadProcessId(window, &process);
-        if (process != GetCurrentProcessId() || !IsWindowVisible(window)) return TRUE;
-        char text[256];
-        GetClassNameA(window, text, sizeof text);
-        if (std::string(wanted.className) != text) return TRUE;
-        GetWindowTextA(window, text, sizeof text);
-        if (wanted.title && std::string(wanted.title) != text) return TRUE;
-        wanted.found = window;
-        return FALSE;
-      },
-      reinterpret_cast<LPARAM>(&search));
+  WindowSearch search{className, title};
+  EnumWindows(OnWindow, reinterpret_cast<LPARAM>(&search));
   return search.found;
 }
 
