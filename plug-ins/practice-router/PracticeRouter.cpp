@@ -33,8 +33,9 @@ std::wstring Describe(const VARIANT& value) {
     const SAFEARRAY* array = !(plain.vt & VT_BYREF) ? plain.parray : plain.pparray ? *plain.pparray : nullptr;
     if (!array || array->cDims != 1) return L"an array";
     if (array->rgsabound[0].lLbound == harbourline::kEmptyRequestBound) return L"nothing";
-    const std::wstring count = std::to_wstring(array->rgsabound[0].cElements);
-    return count + ((plain.vt & VT_TYPEMASK) == VT_DISPATCH ? L" mappings" : L" entries");
+    const ULONG count = array->rgsabound[0].cElements;
+    if ((plain.vt & VT_TYPEMASK) != VT_DISPATCH) return L"array of " + std::to_wstring(count);
+    return std::to_wstring(count) + (count == 1 ? L" mapping" : L" mappings");
   }
   if (plain.vt == VT_EMPTY) return {};
   if (plain.vt == VT_DISPATCH) return plain.pdispVal ? L"an object" : L"no object";

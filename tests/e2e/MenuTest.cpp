@@ -160,9 +160,7 @@ TEST_F(MenuTest, AMissingMemberIsToldByItsNameAndTheProgramGoesOn) {
   SelectRecording();
   ASSERT_TRUE(program.StartAndWait());
   Recording::Script("Missing_IServer_GetFeatures", "1");
-  const auto icon = Program::Icon();
-  ASSERT_TRUE(icon);
-  desktop::Click(icon->x, icon->y, desktop::MouseButton::kRight);
+  ASSERT_TRUE(Program::ClickIcon());
   const auto box = program.WaitForBox();
   ASSERT_TRUE(box);
   EXPECT_EQ(box->title, "Harbourline");

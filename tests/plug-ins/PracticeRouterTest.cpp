@@ -233,6 +233,18 @@ TEST_F(PracticeRouterTest, TheLastCallsStandInTheWindowWithTheNewestOnTop) {
   EXPECT_THAT(calls[1], testing::EndsWith(L"| IServer_DMZ = 5 | "));
 }
 
+TEST_F(PracticeRouterTest, ARequestIsToldByItsNumberOfMappings) {
+  late::MappingArray empty = late::MappingArray::Empty();
+  Forward({{L"Web", L"", 80, 80, false, true, 5, false}}, 5);
+  Forward({{L"Web", L"", 80, 80, false, true, 5, false}, {L"Game", L"", 1, 1, false, true, 5, false}}, 5);
+  Forward(empty, 5);
+  const std::vector<std::wstring> calls = Calls();
+  ASSERT_EQ(calls.size(), 3u);
+  EXPECT_THAT(calls[0], testing::EndsWith(L"| IServer_SetPortForwarding(nothing, 5) | False"));
+  EXPECT_THAT(calls[1], testing::EndsWith(L"| IServer_SetPortForwarding(2 mappings, 5) | False"));
+  EXPECT_THAT(calls[2], testing::EndsWith(L"| IServer_SetPortForwarding(1 mapping, 5) | False"));
+}
+
 TEST_F(PracticeRouterTest, TheWindowNeverShowsMoreThanTwoHundredCalls) {
   for (long i = 0; i < 300; ++i) late::Put(router.get(), L"IServer_DMZ", late::Value(i));
   EXPECT_EQ(Calls().size(), 200u);

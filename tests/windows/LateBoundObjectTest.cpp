@@ -323,13 +323,15 @@ TEST_F(LateBoundObjectTest, AnExceptionOfWhichTheSystemKnowsNothingHasItsCodeAsT
   EXPECT_EQ(error.Text(), "Error 0x800A000D");
 }
 
+HRESULT STDAPICALLTYPE FillInLater(EXCEPINFO* info) {
+  info->scode = E_ABORT;
+  info->bstrDescription = SysAllocString(L"filled in later");
+  return S_OK;
+}
+
 TEST_F(LateBoundObjectTest, AnExceptionIsFilledInLaterWhenItAsksForThat) {
   Served().Add(L"Member", [](const MemberCall& call) {
-    call.exception->pfnDeferredFillIn = [](EXCEPINFO* info) -> HRESULT {
-      info->scode = E_ABORT;
-      info->bstrDescription = SysAllocString(L"filled in later");
-      return S_OK;
-    };
+    call.exception->pfnDeferredFillIn = &FillInLater;
     return DISP_E_EXCEPTION;
   });
   const base::Error error = FailureOf([&] { Object().Get("Member"); });

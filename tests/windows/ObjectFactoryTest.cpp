@@ -140,6 +140,10 @@ HRESULT RaiseException(const MemberCall& call) {
   return DISP_E_EXCEPTION;
 }
 
+void CALLBACK GiveUp(HWND, UINT, UINT_PTR, DWORD) {
+  PostQuitMessage(1);
+}
+
 /// A server in a process of its own. Its argument is the class; it ends when its member Quit is called.
 const support::Role server("serve-an-object", [](const std::vector<std::string>& arguments) {
   CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
@@ -174,7 +178,7 @@ const support::Role server("serve-an-object", [](const std::vector<std::string>&
   CLSIDFromString(support::Wide(arguments.at(0)).c_str(), &id);
   const DWORD cookie = support::OfferObject(id, static_cast<IDispatch*>(source), CLSCTX_LOCAL_SERVER);
   // A test that dies leaves nobody who calls Quit.
-  SetTimer(nullptr, 0, 60'000, [](HWND, UINT, UINT_PTR, DWORD) { PostQuitMessage(1); });
+  SetTimer(nullptr, 0, 60'000, &GiveUp);
   MSG message;
   while (GetMessageA(&message, nullptr, 0, 0) > 0) DispatchMessageA(&message);
   CoRevokeClassObject(cookie);

@@ -192,18 +192,28 @@ int Program::OpenMenus() const {
   return menus;
 }
 
-bool Program::OpenMenu() const {
+bool Program::ClickIcon() {
   const auto icon = WaitForRestingIcon();
-  if (!icon) return false;
-  desktop::Click(icon->x, icon->y, desktop::MouseButton::kRight);
-  return WaitFor([this] { return OpenMenus() == 1; });
+  return icon && desktop::Click(icon->x, icon->y, desktop::MouseButton::kRight);
+}
+
+bool Program::OpenMenu() const {
+  return ClickIcon() && WaitFor([this] { return OpenMenus() == 1; });
 }
 
 bool Program::Choose(const std::string& key, const std::string& inSubmenu) const {
-  if (!OpenMenu() || !desktop::Type(key)) return false;
-  if (!inSubmenu.empty()) {
-    if (!WaitFor([this] { return OpenMenus() == 2; }) || !desktop::Type(inSubmenu)) return false;
+  if (!OpenMenu()) return false;
+  // A menu that has just opened may not have the keyboard yet; the key is pressed again when nothing came of
+  // it.
+  const int wanted = inSubmenu.empty() ? 0 : 2;
+  constexpr int kAttempts = 5;
+  constexpr ULONGLONG kPatience = 2'000;
+  for (int attempt = 0; attempt < kAttempts && OpenMenus() == 1; ++attempt) {
+    if (!desktop::Type(key)) return false;
+    const ULONGLONG end = GetTickCount64() + kPatience;
+    while (OpenMenus() != wanted && GetTickCount64() < end) Sleep(20);
   }
+  if (OpenMenus() != wanted || !desktop::Type(inSubmenu)) return false;
   return WaitFor([this] { return OpenMenus() == 0; });
 }
 

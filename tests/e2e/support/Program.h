@@ -62,6 +62,8 @@ class Program {
 
   /// Where the icon stands on the screen; nothing when it isn't there.
   static std::optional<POINT> Icon();
+  /// Clicks the icon with the right button.
+  static bool ClickIcon();
   /// Clicks the icon with the right button and waits for the menu.
   bool OpenMenu() const;
   /// Opens the menu and types the key of an entry into it, then, when that opens a submenu, the keys there.
