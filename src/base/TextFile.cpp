@@ -132,7 +132,8 @@ void TextFileWriter::WriteLines(std::string_view text, std::span<const std::uint
     } else {
       std::memcpy(out, line, length);
     }
-    std::memcpy(out + length, "\r\n", 2);
+    out[length] = '\r';
+    out[length + 1] = '\n';
     out += length + 2;
     line = next;
   }

@@ -171,6 +171,17 @@ TEST_F(EventTest, MayBeEndedByItsOnlyHandler) {
   EXPECT_THAT(heard, ElementsAre("last1"));
 }
 
+TEST_F(EventTest, MayBeEndedByTheHandlerThatStayedWhenTheOthersLeft) {
+  auto owner = std::make_unique<base::Event<int>>();
+  Listener last(heard, "last");
+  last.then = [&] { owner.reset(); };
+  owner->Connect<&Listener::Hear>(&last);
+  owner->Connect<&Listener::Hear>(&a);
+  owner->Disconnect(&a);
+  owner->Raise(1);
+  EXPECT_THAT(heard, ElementsAre("last1"));
+}
+
 TEST_F(EventTest, LetsGoOfWhatAFunctionHolds) {
   auto held = std::make_shared<int>(1);
   {
