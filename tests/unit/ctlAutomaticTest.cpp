@@ -25,6 +25,7 @@ class ctlAutomaticTest : public testing::Test, protected support::Shell {
     Store("AutomaticActivation", automatic);
     Start();
     router->calls.clear();
+    world.debug.lines.clear();
   }
   void Run(const std::string& className, const std::string& title) {
     world.windows.windows.push_back({++lastWindow_, className, title});
@@ -158,6 +159,7 @@ TEST_F(ctlAutomaticTest, AnAutoProfileWithoutClassAndTitleIsSwitchedOffAtTheFirs
   Store("MP_1_AutoActivate", "True");
   Store("AutomaticActivation", "True");
   Start();
+  world.debug.lines.clear();
   world.toolkit.Advance(2000);
   EXPECT_FALSE((*g_Registry->ccMapProfiles().begin())->bEnabled);
   EXPECT_THAT(world.debug.lines, ElementsAre("Auto unload profile \"Game\""));

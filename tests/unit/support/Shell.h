@@ -42,6 +42,8 @@ class Shell {
   }
 
   void Start() {
+    // Where the program keeps its files.
+    world.process.path = world.folder.PathOf("Harbourline.exe");
     main = std::make_unique<frmMain>();
     main->Load();
   }
