@@ -18,7 +18,7 @@ constexpr std::int32_t kNothingBound = 10;
 
 std::shared_ptr<PortMappingData> MakeData(const CMapProfile& profile, const CMapping& mapping,
                                           std::int16_t iLocalIP, std::int32_t iVerdict) {
-  const auto data = std::make_shared<PortMappingData>();
+  auto data = std::make_shared<PortMappingData>();
   data->bTCP = mapping.sType().find("TCP") != std::string_view::npos;
   data->bUDP = mapping.sType().find("UDP") != std::string_view::npos;
   data->iForwardIPAddress =

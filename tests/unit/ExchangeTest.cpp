@@ -321,10 +321,16 @@ TEST_F(ExchangeTest, AnImportedProfileHasNoMarksAndANewKey) {
   EXPECT_TRUE(Only().sKey().starts_with("Map_"));
 }
 
-TEST_F(ExchangeTest, AnErrorOfAnImportedProfileIsNoLongerHeard) {
-  Import(kWholeFile);
-  (*registry.ccMapProfiles().begin())->ErrorOccured.Raise("late");
-  EXPECT_EQ(Import(""), kSuccess);
+TEST_F(ExchangeTest, AnImportedProfileMayOutliveTheStateAndStillRaiseItsErrors) {
+  std::shared_ptr<CMapProfile> profile;
+  {
+    CRegistry state;
+    world.folder.Write("in.prf", kWholeFile);
+    state.Import(world.folder.PathOf("in.prf"));
+    profile = *state.ccMapProfiles().begin();
+  }
+  EXPECT_FALSE(profile->ErrorOccured.HasHandlers());
+  profile->ErrorOccured.Raise("late");
 }
 
 }  // namespace

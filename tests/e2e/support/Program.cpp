@@ -41,16 +41,16 @@ void ForEachWindow(DWORD process, Visit visit) {
   struct Search {
     DWORD process;
     Visit* visit;
+
+    static BOOL CALLBACK Take(HWND window, LPARAM parameter) {
+      const auto& wanted = *reinterpret_cast<Search*>(parameter);
+      DWORD owner = 0;
+      GetWindowThreadProcessId(window, &owner);
+      if (owner == wanted.process) (*wanted.visit)(window);
+      return TRUE;
+    }
   } search{process, &visit};
-  EnumWindows(
-      [](HWND window, LPARAM parameter) -> BOOL {
-        const auto& wanted = *reinterpret_cast<Search*>(parameter);
-        DWORD owner = 0;
-        GetWindowThreadProcessId(window, &owner);
-        if (owner == wanted.process) (*wanted.visit)(window);
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&search));
+  EnumWindows(&Search::Take, reinterpret_cast<LPARAM>(&search));
 }
 
 POINT MiddleOf(const RECT& place) {
