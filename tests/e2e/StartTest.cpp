@@ -45,6 +45,18 @@ TEST_F(StartTest, AnAnnouncedClassThatDoesNotExistIsConsumedWithoutAWord) {
   EXPECT_EQ(settings::Read("RouterCount"), "0");
 }
 
+TEST_F(StartTest, AnAnnouncedPlugInOfTheWrongWidthIsConsumedWithoutAWord) {
+  ASSERT_TRUE(Recording::RegisterOfOtherWidth("Harbourline.OtherWidth", program.Folder() + "\\Other.dll"));
+  settings::Write("RouterPlugIn_1", "Harbourline.OtherWidth");
+  settings::Write("RouterPlugIn_2", Recording::kClass);
+  ASSERT_TRUE(program.StartAndWait());
+  EXPECT_FALSE(program.FindBox());
+  EXPECT_FALSE(settings::Read("RouterPlugIn_1"));
+  ASSERT_TRUE(program.Exit());
+  EXPECT_EQ(settings::Read("RouterCount"), "1");
+  EXPECT_EQ(settings::Read("Router_1"), Recording::kClass);
+}
+
 TEST_F(StartTest, ThreeStoredProfilesComeBackInTheOrderOfTheirNames) {
   settings::Write("MapProfileCount", "3");
   settings::WriteProfile(1, "Voice", 3784, false);

@@ -3,18 +3,24 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cstring>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 
 namespace {
 
 constexpr char kScripts[] = "Software\\Harbourline Recording";
 
-void RegisterPlugIn() {
+std::string PlugInFile() {
   char path[MAX_PATH] = "";
   GetModuleFileNameA(nullptr, path, sizeof path);
-  std::string file = path;
-  file = file.substr(0, file.find_last_of('\\') + 1) + HARBOURLINE_RECORDING_PLUG_IN;
+  const std::string file = path;
+  return file.substr(0, file.find_last_of('\\') + 1) + HARBOURLINE_RECORDING_PLUG_IN;
+}
+
+void RegisterPlugIn() {
+  const std::string file = PlugInFile();
   const HMODULE library = LoadLibraryA(file.c_str());
   if (!library) throw std::runtime_error("no recording plug-in: " + file);
   const auto registerServer = reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(
@@ -45,6 +51,26 @@ Recording::~Recording() {
 void Recording::Script(const std::string& className, const std::string& name, const std::string& value) {
   RegSetKeyValueA(HKEY_CURRENT_USER, (std::string(kScripts) + "\\" + className).c_str(), name.c_str(), REG_SZ,
                   value.c_str(), static_cast<DWORD>(value.size() + 1));
+}
+
+bool Recording::RegisterOfOtherWidth(const std::string& className, const std::string& path) {
+  std::ifstream original(PlugInFile(), std::ios::binary);
+  std::string image((std::istreambuf_iterator<char>(original)), std::istreambuf_iterator<char>());
+  IMAGE_DOS_HEADER dos{};
+  if (image.size() < sizeof dos) return false;
+  std::memcpy(&dos, image.data(), sizeof dos);
+  const auto header = static_cast<std::size_t>(dos.e_lfanew) + sizeof(DWORD);
+  const WORD other = sizeof(void*) == 8 ? IMAGE_FILE_MACHINE_I386 : IMAGE_FILE_MACHINE_AMD64;
+  if (header + sizeof other > image.size()) return false;
+  std::memcpy(image.data() + header, &other, sizeof other);
+  std::ofstream(path, std::ios::binary).write(image.data(), static_cast<std::streamsize>(image.size()));
+
+  const std::string id = "{6C5B6A1F-3F0B-4C53-9D0B-615E428B70FF}";
+  const auto write = [](const std::string& key, const std::string& text) {
+    return RegSetKeyValueA(HKEY_LOCAL_MACHINE, ("Software\\Classes\\" + key).c_str(), nullptr, REG_SZ,
+                           text.c_str(), static_cast<DWORD>(text.size() + 1)) == ERROR_SUCCESS;
+  };
+  return write(className + "\\CLSID", id) && write("CLSID\\" + id + "\\InprocServer32", path);
 }
 
 std::vector<std::string> Recording::Lines() const {

@@ -20,6 +20,10 @@ class Recording {
   static void Script(const std::string& className, const std::string& name, const std::string& value);
   static void Script(const std::string& name, const std::string& value) { Script(kClass, name, value); }
 
+  /// Registers, as that class, a copy of the plug-in at `path` whose header says that it is for the other
+  /// width of Windows. False when that can't be done.
+  static bool RegisterOfOtherWidth(const std::string& className, const std::string& path);
+
   /// All lines so far. The monitor asks for warnings three times a second; those lines are left out.
   std::vector<std::string> Lines() const;
   /// The lines from the one with that number on.
