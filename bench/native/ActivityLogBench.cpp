@@ -75,7 +75,7 @@ class World {
     std::random_device random;
     folder_ = std::filesystem::temp_directory_path() / ("harbourline-bench-" + std::to_string(random()));
     std::filesystem::create_directory(folder_);
-    process_.path = (folder_ / "Harbourline.exe").string();
+    process_.path = Folder() + "\\Harbourline.exe";
     machine_.settings.keeps = false;
     platform::TheMachine().process = &process_;
     platform::TheMachine().clock = &clock_;
@@ -98,7 +98,7 @@ class World {
         **std::find_if(controls.begin(), controls.end(),
                        [](ui::Control* control) { return control->Name() == "lvRouterLog"; }));
   }
-  std::string Database() const { return folder_.string() + "\\RouterLog.dat"; }
+  std::string Database() const { return Folder() + "\\RouterLog.dat"; }
 
   LogRouter router;
   std::unique_ptr<ctlRouterLog> page;
@@ -112,6 +112,9 @@ class World {
   struct Clock : platform::Clock {
     platform::DateTime Now() override { return {2026, 11, 20, 23, 22, 22}; }
   };
+
+  /// The program joins by "\\", which here is a plain character of a name in folder_.
+  std::string Folder() const { return (folder_ / "files").string(); }
 
   std::filesystem::path folder_;
   Process process_;
