@@ -1,8 +1,8 @@
-"""The contact sheet: every form of every icon, read back from the ICO files, on a light and on a dark ground."""
+"""The contact sheet: every form of every icon, read back from the ICO files, on the grounds that they lie on."""
 
 import icons
 
-LIGHT, DARK = (238, 238, 238), (32, 32, 32)
+LIGHT, DARK, CREAM = (238, 238, 238), (32, 32, 32), (253, 235, 200)
 GAP = 8
 
 
@@ -29,12 +29,16 @@ def png(files, zoom=8):
     """A PNG file of the ICO files among these: rows of a size on a ground, first enlarged, then as they are."""
     pictures = {name: icons.decode_ico(data) for name, data in files.items() if name.endswith(".ico")}
     program = pictures.pop("harbourline.ico")
+    lights = [forms for name, forms in pictures.items() if name.startswith("netlight-")]
+    buttons = [forms for name, forms in pictures.items() if not name.startswith("netlight-")]
     rows = []
     for factor in (zoom, 1):
         for ground in (LIGHT, DARK):
             rows.append((ground, [(s, program[s], max(1, min(factor, 256 // s))) for s in sorted(program)]))
-            for size in sorted(next(iter(pictures.values()))):
-                rows.append((ground, [(size, forms[size], factor) for forms in pictures.values()]))
+            for size in sorted(lights[0]):
+                rows.append((ground, [(size, forms[size], factor) for forms in lights]))
+        for size in sorted(buttons[0]):
+            rows.append((CREAM, [(size, forms[size], factor) for forms in buttons]))
 
     heights = [max(size * factor for size, _, factor in row) + GAP for _, row in rows]
     width = max(sum(size * factor + GAP for size, _, factor in row) for _, row in rows) + GAP
