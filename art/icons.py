@@ -1,7 +1,7 @@
-"""Reads PNG files and reads and writes ICO files, as far as the artwork needs: 8 bits a channel, with alpha.
+"""Reads PNG files, reads and writes ICO files and writes BMP files, as far as the artwork needs.
 
-An image is a pair (size, pixels): square, its pixels as bytes in the order red, green, blue, alpha, from the top row
-down.
+Pixels are bytes in the order red, green, blue, alpha, from the top row down. The image of an icon is square: a pair
+(size, pixels).
 """
 
 import struct
@@ -10,8 +10,8 @@ import zlib
 PNG_SIGNATURE = b"\x89PNG\r\n\x1a\n"
 
 
-def decode_png(data):
-    """The image in a PNG file: square, 8-bit RGBA, not interlaced; anything else is a ValueError."""
+def read_png(data):
+    """Width, height and pixels of a PNG file: 8-bit RGB or RGBA, not interlaced; anything else is a ValueError."""
     if not data.startswith(PNG_SIGNATURE):
         raise ValueError("not a PNG file")
     header, packed = None, b""
@@ -27,20 +27,32 @@ def decode_png(data):
     if header is None:
         raise ValueError("a PNG file without a header")
     width, height, depth, colour, _, _, interlaced = header
-    if width != height or (depth, colour, interlaced) != (8, 6, 0):
-        raise ValueError("not a square 8-bit RGBA PNG file")
-    return width, _unfilter(zlib.decompress(packed), height, width * 4)
+    channels = {2: 3, 6: 4}.get(colour)
+    if channels is None or (depth, interlaced) != (8, 0):
+        raise ValueError("not an 8-bit RGB or RGBA PNG file")
+    pixels = _unfilter(zlib.decompress(packed), height, width * channels, channels)
+    if channels == 3:
+        pixels = b"".join(pixels[at : at + 3] + b"\xff" for at in range(0, len(pixels), 3))
+    return width, height, pixels
 
 
-def _unfilter(data, rows, stride):
+def decode_png(data):
+    """The image in a PNG file, which must be square."""
+    width, height, pixels = read_png(data)
+    if width != height:
+        raise ValueError("not a square PNG file")
+    return width, pixels
+
+
+def _unfilter(data, rows, stride, channels):
     """The pixels of a PNG file: each row comes as differences to its neighbours, by one of five methods."""
     image, above = bytearray(), bytearray(stride)
     for row in range(rows):
         start = row * (stride + 1)
         method, line = data[start], bytearray(data[start + 1 : start + 1 + stride])
         for i in range(stride):
-            left = line[i - 4] if i >= 4 else 0
-            corner = above[i - 4] if i >= 4 else 0
+            left = line[i - channels] if i >= channels else 0
+            corner = above[i - channels] if i >= channels else 0
             line[i] = line[i] + _guess(method, left, above[i], corner) & 255
         image += line
         above = line
@@ -66,6 +78,18 @@ def encode_png(width, height, rgba):
         struct.pack(">I", len(body)) + kind + body + struct.pack(">I", zlib.crc32(kind + body))
         for kind, body in chunks
     )
+
+
+def encode_bmp(width, height, rgba, hole):
+    """A BMP file of 24 bits a pixel; a pixel that is less than half there gets the colour `hole`."""
+    rows = bytearray()
+    for y in reversed(range(height)):
+        for x in range(width):
+            red, green, blue, alpha = rgba[(y * width + x) * 4 :][:4]
+            rows += bytes((blue, green, red) if alpha >= 128 else reversed(hole))
+        rows += bytes(-width * 3 % 4)
+    header = struct.pack("<IiiHHIIiiII", 40, width, height, 1, 24, 0, len(rows), 0, 0, 0, 0)
+    return struct.pack("<2sIHHI", b"BM", 14 + len(header) + len(rows), 0, 0, 14 + len(header)) + header + rows
 
 
 def encode_ico(pngs):
