@@ -8,9 +8,22 @@ place=$(mktemp -d)
 trap 'rm -rf "$place"' EXIT
 wrong=0
 
+# judge RESULT CHECK CASE: asks the check about the tree that was laid out.
+judge() {
+  local result=$1 check=$2 case=$3 answer=passes
+  "$scripts/$check" "$place/tree" >"$place/said" 2>&1 || answer=fails
+  if [ "$answer" = "$result" ]; then
+    echo "ok: $check $result: $case"
+  else
+    echo "WRONG: $check $answer, and should not: $case"
+    cat "$place/said"
+    wrong=1
+  fi
+}
+
 # expect RESULT CHECK FILE CONTENT: a tree of FILE with CONTENT, beside headers that may be included.
 expect() {
-  local result=$1 check=$2 file=$3 content=$4 answer=passes
+  local result=$1 check=$2 file=$3 content=$4
   rm -rf "$place/tree"
   mkdir -p "$place/tree/src/base" "$place/tree/src/platform/win32" "$place/tree/src/shell" \
     "$(dirname "$place/tree/$file")"
@@ -18,14 +31,39 @@ expect() {
   touch "$place/tree/src/base/Known.h" "$place/tree/src/platform/Known.h" "$place/tree/src/shell/Known.h" \
     "$place/tree/src/platform/win32/Known.h"
   printf '%s\n' "$content" >"$place/tree/$file"
-  "$scripts/$check" "$place/tree" >"$place/said" 2>&1 || answer=fails
-  if [ "$answer" = "$result" ]; then
-    echo "ok: $check $result: $file: ${content%%$'\n'*}"
-  else
-    echo "WRONG: $check $answer, and should not: $file: ${content%%$'\n'*}"
-    cat "$place/said"
-    wrong=1
-  fi
+  judge "$result" "$check" "$file: ${content%%$'\n'*}"
+}
+
+# help_page NAME BODY: a page of the help with all that it needs.
+help_page() {
+  cat >"$place/tree/help/$1.html" <<END
+<!DOCTYPE html>
+<html lang="en">
+<head>
+<title>Help</title>
+<meta name="viewport" content="width=device-width">
+<link rel="stylesheet" href="help.css">
+</head>
+<body>
+<h1 id="top">Help</h1>
+$2
+</body>
+</html>
+END
+}
+
+# expect_help RESULT FILE CHANGE: a help of two pages, for sources with one topic, in which sed makes a CHANGE of FILE.
+expect_help() {
+  local result=$1 file=$2 change=$3
+  rm -rf "$place/tree"
+  mkdir -p "$place/tree/help" "$place/tree/src"
+  echo 'Page::Page() { HelpContextID(1000); }' >"$place/tree/src/Page.cpp"
+  echo 'p { background: url("dot.svg"); }' >"$place/tree/help/help.css"
+  touch "$place/tree/help/dot.svg"
+  help_page index '<a rel="next" href="1000.html#top">A topic</a>'
+  help_page 1000 '<a rel="prev" href="index.html">Contents</a> <img src="dot.svg" alt="A dot">'
+  sed -i "$change" "$place/tree/$file"
+  judge "$result" check-help "$file: ${change:-as it should be}"
 }
 
 expect passes check-headers src/model/A.cpp '#include <vector>'
@@ -57,5 +95,23 @@ expect fails check-format src/model/A.cpp 'int a=1;'
 
 expect passes check-length src/model/A.cpp "$(seq 599)"
 expect fails check-length src/model/A.cpp "$(seq 600)"
+
+expect_help passes help/index.html ''
+expect_help fails help/index.html 's/1000.html/2000.html/'
+expect_help fails help/index.html 's/#top/#bottom/'
+expect_help fails help/index.html 's,1000.html#top,../src/Page.cpp,'
+expect_help fails help/index.html 's,1000.html#top,https://harbourline.example/,'
+expect_help fails help/index.html '/A topic/d'
+expect_help fails help/index.html 's,<h1,<p id="top"></p><h1,'
+expect_help fails help/1000.html 's/dot.svg/dash.svg/'
+expect_help fails help/1000.html 's/ alt="A dot"//'
+expect_help fails help/1000.html 's/index.html/1000.html/'
+expect_help fails help/1000.html '/title/d'
+expect_help fails help/1000.html 's/ lang="en"//'
+expect_help fails help/1000.html '/viewport/d'
+expect_help fails help/1000.html 's,<h1\(.*\)h1>,<p\1p>,'
+expect_help fails help/help.css 's/dot.svg/dash.svg/'
+expect_help fails src/Page.cpp 's/1000/1010/'
+expect_help fails src/Page.cpp 's/HelpContextID/Topic/'
 
 exit "$wrong"
