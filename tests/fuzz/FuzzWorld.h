@@ -39,6 +39,8 @@ struct World : support::World {
     journal.clear();
     debug.lines.clear();
     settings.reads.clear();
+    objects.created.clear();
+    toolkit.messages.clear();
   }
 };
 
