@@ -89,6 +89,7 @@ class MemoryMachine {
     /// In a folder that isn't there, so that nobody's log is read or written.
     std::string ExecutablePath() override { return "/nowhere/nothing\\Harbourline.exe"; }
     bool EarlierInstanceRuns() override { return false; }
+    std::string CurrentFolder() override { return "/nowhere"; }
   };
   struct NotificationArea : platform::NotificationArea {
     bool ShellNotifyIcon(platform::NotifyIconMessage, const platform::NotifyIconData&) override {

@@ -10,14 +10,12 @@
 #include "settings/CRegistry.h"
 #include "shell/modCommon.h"
 #include "ui/MessageBox.h"
+#include "ui/PageStyle.h"
 #include "ui/Toolkit.h"
 
 namespace {
 
-constexpr ui::Color kListShade = ui::Rgb(10, 10, 10);
-constexpr ui::Twips kTitleHeight = 600;
-constexpr ui::Twips kLineHeight = 330;
-constexpr ui::Twips kErrorHeight = 2 * kLineHeight;
+constexpr ui::Twips kErrorHeight = 2 * ui::kLineHeight;
 constexpr ui::Twips kClearWidth = 1500;
 
 constexpr ui::ListView::Style kLogList{.multiSelect = true, .labelEdit = true};
@@ -93,7 +91,7 @@ void ctlRouterLog::BackgroundColor(ui::Color color) {
        std::initializer_list<ui::Control*>{&lblTitle, &chkEnable, &chkFilterOutProfiles, &txtError}) {
     control->BackColor(color);
   }
-  lvRouterLog.BackColor(color - kListShade);
+  lvRouterLog.BackColor(ui::ListBackground(color));
 }
 
 void ctlRouterLog::RefreshData() {
@@ -163,12 +161,12 @@ void ctlRouterLog::OnResize() {
   SetControlsVisible(false);
   const ui::Twips inner = std::max(0, Width() - 2 * ui::kMargin);
   const ui::Twips check = std::max(0, (inner - kClearWidth - 2 * ui::kMargin) / 2);
-  lblTitle.Move(ui::kMargin, ui::kMargin, inner, kTitleHeight);
+  lblTitle.Move(ui::kMargin, ui::kMargin, inner, ui::kTitleHeight);
   txtError.Move(ui::kMargin, Height() - ui::kMargin - kErrorHeight, inner, kErrorHeight);
-  const ui::Twips switches = txtError.Top() - ui::kMargin - kLineHeight;
-  chkEnable.Move(ui::kMargin, switches, check, kLineHeight);
-  chkFilterOutProfiles.Move(chkEnable.Right() + ui::kMargin, switches, check, kLineHeight);
-  cmdClear.Move(chkFilterOutProfiles.Right() + ui::kMargin, switches, kClearWidth, kLineHeight);
+  const ui::Twips switches = txtError.Top() - ui::kMargin - ui::kLineHeight;
+  chkEnable.Move(ui::kMargin, switches, check, ui::kLineHeight);
+  chkFilterOutProfiles.Move(chkEnable.Right() + ui::kMargin, switches, check, ui::kLineHeight);
+  cmdClear.Move(chkFilterOutProfiles.Right() + ui::kMargin, switches, kClearWidth, ui::kLineHeight);
   const ui::Twips top = lblTitle.Bottom() + ui::kMargin;
   lvRouterLog.Move(ui::kMargin, top, inner, std::max(0, switches - ui::kMargin - top));
   SetControlsVisible(true);

@@ -7,13 +7,11 @@
 #include "platform/Machine.h"
 #include "settings/CRegistry.h"
 #include "shell/modCommon.h"
+#include "ui/PageStyle.h"
 
 namespace {
 
 constexpr std::int32_t kInterval = 2000;
-constexpr ui::Color kListShade = ui::Rgb(10, 10, 10);
-constexpr ui::Twips kTitleHeight = 600;
-constexpr ui::Twips kLineHeight = 330;
 
 constexpr ui::ListView::Style kPlainList{.columnHeaders = false};
 
@@ -48,7 +46,7 @@ void ctlAutomatic::BackgroundColor(ui::Color color) {
        std::initializer_list<ui::Control*>{&lblTitle, &lblHelp, &chkEnable, &lblError}) {
     control->BackColor(color);
   }
-  lvProfiles.BackColor(color - kListShade);
+  lvProfiles.BackColor(ui::ListBackground(color));
 }
 
 void ctlAutomatic::Populate() {
@@ -104,10 +102,10 @@ void ctlAutomatic::lvProfiles_BeforeLabelEdit(bool& bCancel) {
 void ctlAutomatic::OnResize() {
   SetControlsVisible(false);
   const ui::Twips inner = Width() - 2 * ui::kMargin;
-  lblTitle.Move(ui::kMargin, ui::kMargin, inner, kTitleHeight);
-  lblError.Move(ui::kMargin, Height() - ui::kMargin - kLineHeight, inner, kLineHeight);
-  chkEnable.Move(ui::kMargin, lblError.Top() - ui::kMargin - kLineHeight, inner, kLineHeight);
-  lblHelp.Move(ui::kMargin, chkEnable.Top() - ui::kMargin - kLineHeight, inner, kLineHeight);
+  lblTitle.Move(ui::kMargin, ui::kMargin, inner, ui::kTitleHeight);
+  lblError.Move(ui::kMargin, Height() - ui::kMargin - ui::kLineHeight, inner, ui::kLineHeight);
+  chkEnable.Move(ui::kMargin, lblError.Top() - ui::kMargin - ui::kLineHeight, inner, ui::kLineHeight);
+  lblHelp.Move(ui::kMargin, chkEnable.Top() - ui::kMargin - ui::kLineHeight, inner, ui::kLineHeight);
   const ui::Twips top = lblTitle.Bottom() + ui::kMargin;
   lvProfiles.Move(ui::kMargin, top, inner, std::max(0, lblHelp.Top() - ui::kMargin - top));
   SetControlsVisible(true);

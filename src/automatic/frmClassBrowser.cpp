@@ -4,6 +4,7 @@
 
 #include "automatic/modWhatsRunning.h"
 #include "shell/modCommon.h"
+#include "ui/PageStyle.h"
 
 namespace {
 
@@ -15,27 +16,29 @@ constexpr ui::Form::Style kToolWindow{.resizable = false,
                                       .centreOnScreen = false,
                                       .centreOnOwner = true};
 constexpr ui::Twips kLabelWidth = 1300;
-constexpr ui::Twips kLineHeight = 330;
 constexpr ui::Twips kButtonWidth = 1300;
-constexpr ui::Twips kButtonHeight = 420;
 
 }  // namespace
 
 frmClassBrowser::frmClassBrowser()
     : Form("frmClassBrowser", "Select a Running Program", kToolWindow, 4680, 4290),
+      lslAvailableClasses(this, "lslAvailableClasses"),
       lblWindowTitle(this, "lblWindowTitle", "Window Title:", ui::Alignment::kRight),
       txtWindowTitle(this, "txtWindowTitle"),
       lblWindowClass(this, "lblWindowClass", "Window Class:", ui::Alignment::kRight),
       txtWindowClass(this, "txtWindowClass"),
-      lslAvailableClasses(this, "lslAvailableClasses"),
       cmdAccept(this, "cmdAccept", "&Accept"),
       cmdCancel(this, "cmdCancel", "&Cancel") {
   HelpContextID(9020);
   BackColor(modCommon::ColorBackground());
   for (ui::Label* label : {&lblWindowTitle, &lblWindowClass}) label->Transparent(true);
   for (ui::TextBox* box : {&txtWindowTitle, &txtWindowClass}) box->Locked(true);
+  cmdAccept.Picture(ui::ResourcePicture("ACCEPT"));
+  cmdCancel.Picture(ui::ResourcePicture("CANCEL"));
+  cmdAccept.Picture(ui::ResourcePicture("ACCEPT"));
   cmdAccept.Enabled(false);
   cmdAccept.Default(true);
+  cmdCancel.Picture(ui::ResourcePicture("CANCEL"));
   cmdCancel.Cancel(true);
   lslAvailableClasses.Click.Connect<&frmClassBrowser::lslAvailableClasses_Click>(this);
   cmdAccept.Click.Connect<&frmClassBrowser::cmdAccept_Click>(this);
@@ -90,15 +93,16 @@ void frmClassBrowser::cmdCancel_Click() {
 void frmClassBrowser::OnResize() {
   const ui::Twips inner = Width() - 2 * ui::kMargin;
   const ui::Twips field = ui::kMargin + kLabelWidth + ui::kMargin;
-  cmdCancel.Move(Width() - ui::kMargin - kButtonWidth, Height() - ui::kMargin - kButtonHeight, kButtonWidth,
-                 kButtonHeight);
-  cmdAccept.Move(cmdCancel.Left() - ui::kMargin - kButtonWidth, cmdCancel.Top(), kButtonWidth, kButtonHeight);
-  txtWindowClass.Move(field, cmdCancel.Top() - ui::kMargin - kLineHeight, Width() - field - ui::kMargin,
-                      kLineHeight);
-  lblWindowClass.Move(ui::kMargin, txtWindowClass.Top(), kLabelWidth, kLineHeight);
-  txtWindowTitle.Move(field, txtWindowClass.Top() - ui::kMargin - kLineHeight, txtWindowClass.Width(),
-                      kLineHeight);
-  lblWindowTitle.Move(ui::kMargin, txtWindowTitle.Top(), kLabelWidth, kLineHeight);
+  cmdCancel.Move(Width() - ui::kMargin - kButtonWidth, Height() - ui::kMargin - ui::kButtonHeight,
+                 kButtonWidth, ui::kButtonHeight);
+  cmdAccept.Move(cmdCancel.Left() - ui::kMargin - kButtonWidth, cmdCancel.Top(), kButtonWidth,
+                 ui::kButtonHeight);
+  txtWindowClass.Move(field, cmdCancel.Top() - ui::kMargin - ui::kLineHeight, Width() - field - ui::kMargin,
+                      ui::kLineHeight);
+  lblWindowClass.Move(ui::kMargin, txtWindowClass.Top() + ui::kLabelDrop, kLabelWidth, ui::kLineHeight);
+  txtWindowTitle.Move(field, txtWindowClass.Top() - ui::kMargin - ui::kLineHeight, txtWindowClass.Width(),
+                      ui::kLineHeight);
+  lblWindowTitle.Move(ui::kMargin, txtWindowTitle.Top() + ui::kLabelDrop, kLabelWidth, ui::kLineHeight);
   lslAvailableClasses.Move(ui::kMargin, ui::kMargin, inner,
                            std::max(0, txtWindowTitle.Top() - 2 * ui::kMargin));
 }

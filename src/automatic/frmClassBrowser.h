@@ -31,11 +31,11 @@ class frmClassBrowser : public ui::Form {
   void cmdAccept_Click();
   void cmdCancel_Click();
 
+  ui::ListBox lslAvailableClasses;
   ui::Label lblWindowTitle;
   ui::TextBox txtWindowTitle;
   ui::Label lblWindowClass;
   ui::TextBox txtWindowClass;
-  ui::ListBox lslAvailableClasses;
   ui::Button cmdAccept;
   ui::Button cmdCancel;
   bool m_bCancel = false;

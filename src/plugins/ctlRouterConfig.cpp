@@ -6,16 +6,13 @@
 #include "plugins/modServerHelper.h"
 #include "settings/CRegistry.h"
 #include "shell/modCommon.h"
+#include "ui/PageStyle.h"
 
 namespace {
 
-constexpr ui::Color kValueColor = ui::Rgb(0, 0, 192);
-constexpr ui::Twips kTitleHeight = 600;
-constexpr ui::Twips kLineHeight = 330;
 constexpr ui::Twips kLabelWidth = 1500;
 constexpr ui::Twips kFieldWidth = 3600;
 constexpr ui::Twips kButtonWidth = 1800;
-constexpr ui::Twips kButtonHeight = 700;
 
 constexpr const char* kNoPlugIns =
     "No plug-ins have been installed. You need to install a plug-in for your router. Run Harbourline's Setup "
@@ -42,10 +39,11 @@ ctlRouterConfig::ctlRouterConfig(ui::Control* parent, std::string name)
   lblHelp.ForeColor(modCommon::ColorHelpText());
   lblError.Transparent(true);
   lblError.ForeColor(modCommon::ColorDarkRed());
-  cbRouterSelection.ForeColor(kValueColor);
-  lblVersion.ForeColor(kValueColor);
-  lblStatus.ForeColor(kValueColor);
+  cbRouterSelection.ForeColor(ui::kValueColor);
+  lblVersion.ForeColor(ui::kValueColor);
+  lblStatus.ForeColor(ui::kValueColor);
   cbRouterSelection.Click.Connect<&ctlRouterConfig::cbRouterSelection_Click>(this);
+  cmdConfigureRouter.Picture(ui::ResourcePicture("CONFIGURE"));
   cmdConfigureRouter.Click.Connect<&ctlRouterConfig::cmdConfigureRouter_Click>(this);
   OnResize();
 }
@@ -112,17 +110,17 @@ void ctlRouterConfig::ClearStatus() {
 void ctlRouterConfig::OnResize() {
   const ui::Twips inner = Width() - 2 * ui::kMargin;
   const ui::Twips field = ui::kMargin + kLabelWidth + ui::kMargin;
-  lblTitle.Move(ui::kMargin, ui::kMargin, inner, kTitleHeight);
+  lblTitle.Move(ui::kMargin, ui::kMargin, inner, ui::kTitleHeight);
   ui::Twips top = lblTitle.Bottom() + ui::kMargin;
-  lblError.Move(ui::kMargin, top, inner, 4 * kLineHeight);
-  lblRouterSelection.Move(ui::kMargin, top, kLabelWidth, kLineHeight);
-  cbRouterSelection.Move(field, top, std::min(kFieldWidth, Width() - field - ui::kMargin), kLineHeight);
+  lblError.Move(ui::kMargin, top, inner, 4 * ui::kLineHeight);
+  lblRouterSelection.Move(ui::kMargin, top + ui::kLabelDrop, kLabelWidth, ui::kLineHeight);
+  cbRouterSelection.Move(field, top, std::min(kFieldWidth, Width() - field - ui::kMargin), ui::kLineHeight);
   top = cbRouterSelection.Bottom() + ui::kMargin;
-  lblVersionLabel.Move(ui::kMargin, top, kLabelWidth, kLineHeight);
-  lblVersion.Move(field, top, Width() - field - ui::kMargin, kLineHeight);
+  lblVersionLabel.Move(ui::kMargin, top, kLabelWidth, ui::kLineHeight);
+  lblVersion.Move(field, top, Width() - field - ui::kMargin, ui::kLineHeight);
   top = lblVersion.Bottom() + ui::kMargin;
-  lblStatusLabel.Move(ui::kMargin, top, kLabelWidth, kLineHeight);
-  lblStatus.Move(field, top, Width() - field - ui::kMargin, kLineHeight);
-  cmdConfigureRouter.Move(field, lblStatus.Bottom() + ui::kMargin, kButtonWidth, kButtonHeight);
-  lblHelp.Move(ui::kMargin, Height() - ui::kMargin - kLineHeight, inner, kLineHeight);
+  lblStatusLabel.Move(ui::kMargin, top, kLabelWidth, ui::kLineHeight);
+  lblStatus.Move(field, top, Width() - field - ui::kMargin, ui::kLineHeight);
+  cmdConfigureRouter.Move(field, lblStatus.Bottom() + ui::kMargin, kButtonWidth, ui::kPictureButtonHeight);
+  lblHelp.Move(ui::kMargin, Height() - ui::kMargin - ui::kLineHeight, inner, ui::kLineHeight);
 }

@@ -5,6 +5,7 @@
 #include "base/Conversions.h"
 #include "setup/modSystem.h"
 #include "shell/modCommon.h"
+#include "ui/PageStyle.h"
 #include "ui/modControlHelper.h"
 
 namespace {
@@ -15,7 +16,6 @@ constexpr const char* kContact =
     "welcome:\r\nhttps://harbourline.example/\r\nhello@harbourline.example\r\n";
 
 constexpr ui::Twips kLogo = 480;
-constexpr ui::Twips kTitleHeight = 600;
 constexpr ui::Twips kButtonWidth = 2400;
 constexpr ui::Twips kButtonHeight = 450;
 
@@ -50,7 +50,7 @@ void ctlAbout::BackgroundColor(ui::Color color) {
 void ctlAbout::OnResize() {
   imgLogo.Move(ui::kMargin, ui::kMargin, kLogo, kLogo);
   const ui::Twips left = imgLogo.Right() + ui::kMargin;
-  lblTitle.Move(left, ui::kMargin, Width() - left - ui::kMargin, kTitleHeight);
+  lblTitle.Move(left, ui::kMargin, Width() - left - ui::kMargin, ui::kTitleHeight);
   cmdGoToWebSite.Move((Width() - kButtonWidth) / 2, Height() - ui::kMargin - kButtonHeight, kButtonWidth,
                       kButtonHeight);
   const ui::Twips top = lblTitle.Bottom() + ui::kMargin;

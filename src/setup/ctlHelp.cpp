@@ -3,12 +3,11 @@
 #include <algorithm>
 
 #include "shell/modCommon.h"
+#include "ui/PageStyle.h"
 
 namespace {
 
-constexpr ui::Twips kTitleHeight = 600;
 constexpr ui::Twips kButtonWidth = 1800;
-constexpr ui::Twips kButtonHeight = 700;
 
 // \x85 is the ellipsis character of the code page.
 constexpr const char* kText =
@@ -26,6 +25,7 @@ ctlHelp::ctlHelp(ui::Control* parent, std::string name)
   lblTitle.Font(ui::TitleFont());
   lblTitle.ForeColor(modCommon::ColorTitle());
   lblHelp.ForeColor(modCommon::ColorHelpText());
+  cmdHelp.Picture(ui::ResourcePicture("LIFEBUOY"));
   cmdHelp.Click.Connect([this] { Help.Raise(); });
   OnResize();
 }
@@ -38,9 +38,9 @@ void ctlHelp::BackgroundColor(ui::Color color) {
 
 void ctlHelp::OnResize() {
   const ui::Twips inner = Width() - 2 * ui::kMargin;
-  lblTitle.Move(ui::kMargin, ui::kMargin, inner, kTitleHeight);
-  cmdHelp.Move((Width() - kButtonWidth) / 2, Height() - ui::kMargin - kButtonHeight, kButtonWidth,
-               kButtonHeight);
+  lblTitle.Move(ui::kMargin, ui::kMargin, inner, ui::kTitleHeight);
+  cmdHelp.Move((Width() - kButtonWidth) / 2, Height() - ui::kMargin - ui::kPictureButtonHeight, kButtonWidth,
+               ui::kPictureButtonHeight);
   const ui::Twips top = lblTitle.Bottom() + ui::kMargin;
   lblHelp.Move(ui::kMargin, top, inner, std::max(0, cmdHelp.Top() - ui::kMargin - top));
 }

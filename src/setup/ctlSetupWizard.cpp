@@ -4,13 +4,12 @@
 
 #include "setup/frmWizard.h"
 #include "shell/modCommon.h"
+#include "ui/PageStyle.h"
 #include "ui/modControlHelper.h"
 
 namespace {
 
-constexpr ui::Twips kTitleHeight = 600;
 constexpr ui::Twips kButtonWidth = 3600;
-constexpr ui::Twips kButtonHeight = 700;
 
 }  // namespace
 
@@ -34,6 +33,7 @@ ctlSetupWizard::ctlSetupWizard(ui::Control* parent, std::string name)
   modControlHelper::AddRichText(
       rtInfo, "If you are looking for additional Profiles to import into this program, check our website.",
       false, ui::kBlack);
+  cmdWizard.Picture(ui::ResourcePicture("WIZARD"));
   cmdWizard.Click.Connect<&ctlSetupWizard::cmdWizard_Click>(this);
   OnResize();
 }
@@ -50,9 +50,9 @@ void ctlSetupWizard::cmdWizard_Click() {
 
 void ctlSetupWizard::OnResize() {
   const ui::Twips inner = Width() - 2 * ui::kMargin;
-  lblTitle.Move(ui::kMargin, ui::kMargin, inner, kTitleHeight);
-  cmdWizard.Move((Width() - kButtonWidth) / 2, Height() - ui::kMargin - kButtonHeight, kButtonWidth,
-                 kButtonHeight);
+  lblTitle.Move(ui::kMargin, ui::kMargin, inner, ui::kTitleHeight);
+  cmdWizard.Move((Width() - kButtonWidth) / 2, Height() - ui::kMargin - ui::kPictureButtonHeight,
+                 kButtonWidth, ui::kPictureButtonHeight);
   const ui::Twips top = lblTitle.Bottom() + ui::kMargin;
   rtInfo.Move(ui::kMargin, top, inner, std::max(0, cmdWizard.Top() - ui::kMargin - top));
 }

@@ -2,13 +2,11 @@
 
 #include "settings/CRegistry.h"
 #include "shell/modCommon.h"
+#include "ui/PageStyle.h"
 #include "ui/modControlHelper.h"
 
 namespace {
 
-constexpr ui::Color kValueColor = ui::Rgb(0, 0, 192);
-constexpr ui::Twips kTitleHeight = 600;
-constexpr ui::Twips kLineHeight = 330;
 constexpr ui::Twips kLabelWidth = 1400;
 constexpr ui::Twips kFieldWidth = 3000;
 
@@ -29,7 +27,7 @@ ctlWindowStartup::ctlWindowStartup(ui::Control* parent, std::string name)
   lblTitle.Font(ui::TitleFont());
   lblTitle.Transparent(true);
   lblSystemTray.Transparent(true);
-  cbSystemTray.ForeColor(kValueColor);
+  cbSystemTray.ForeColor(ui::kValueColor);
   chkLoadOnStartup.Click.Connect<&ctlWindowStartup::chkLoadOnStartup_Click>(this);
   chkShowSplash.Click.Connect<&ctlWindowStartup::chkShowSplash_Click>(this);
   cbSystemTray.Click.Connect<&ctlWindowStartup::cbSystemTray_Click>(this);
@@ -71,9 +69,10 @@ void ctlWindowStartup::cbSystemTray_Click() {
 
 void ctlWindowStartup::OnResize() {
   const ui::Twips inner = Width() - 2 * ui::kMargin;
-  lblTitle.Move(ui::kMargin, ui::kMargin, inner, kTitleHeight);
-  chkLoadOnStartup.Move(ui::kMargin, lblTitle.Bottom() + ui::kMargin, inner, kLineHeight);
-  chkShowSplash.Move(ui::kMargin, chkLoadOnStartup.Bottom() + ui::kMargin, inner, kLineHeight);
-  lblSystemTray.Move(ui::kMargin, chkShowSplash.Bottom() + ui::kMargin, kLabelWidth, kLineHeight);
-  cbSystemTray.Move(lblSystemTray.Right() + ui::kMargin, lblSystemTray.Top(), kFieldWidth, kLineHeight);
+  lblTitle.Move(ui::kMargin, ui::kMargin, inner, ui::kTitleHeight);
+  chkLoadOnStartup.Move(ui::kMargin, lblTitle.Bottom() + ui::kMargin, inner, ui::kLineHeight);
+  chkShowSplash.Move(ui::kMargin, chkLoadOnStartup.Bottom() + ui::kMargin, inner, ui::kLineHeight);
+  const ui::Twips top = chkShowSplash.Bottom() + ui::kMargin;
+  lblSystemTray.Move(ui::kMargin, top + ui::kLabelDrop, kLabelWidth, ui::kLineHeight);
+  cbSystemTray.Move(lblSystemTray.Right() + ui::kMargin, top, kFieldWidth, ui::kLineHeight);
 }

@@ -34,7 +34,8 @@ Form* Control::ParentForm() {
   return control->kind_ == Kind::kForm ? static_cast<Form*>(control) : nullptr;
 }
 
-void Control::Move(const Bounds& bounds) {
+void Control::Move(const Bounds& to) {
+  const Bounds bounds{to.left, to.top, std::max(0, to.width), std::max(0, to.height)};
   if (bounds == bounds_) return;
   const bool resized = bounds.width != bounds_.width || bounds.height != bounds_.height;
   bounds_ = bounds;
@@ -51,6 +52,8 @@ void Control::BoundsFromPeer(const Bounds& bounds) {
 void Control::Visible(bool visible) {
   if (visible == visible_) return;
   visible_ = visible;
+  Form* const form = ParentForm();
+  if (form && form != this && form->PutsOffVisibility(*this)) return;
   Notify(Aspect::kVisible);
 }
 

@@ -61,7 +61,8 @@ class Control {
   Form* ParentForm();
 
   const Bounds& GetBounds() const { return bounds_; }
-  void Move(const Bounds& bounds);
+  /// A width or height below 0 counts as 0, so that a page may be laid out at any size.
+  void Move(const Bounds& to);
   void Move(Twips left, Twips top, Twips width, Twips height) { Move(Bounds{left, top, width, height}); }
   Twips Left() const { return bounds_.left; }
   Twips Top() const { return bounds_.top; }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "ui/Toolkit.h"
 
@@ -133,7 +134,31 @@ void Form::UserShellRestarted() {
 }
 
 void Form::UserResize(const Bounds& bounds) {
-  FromUser("Resize", [&] { BoundsFromPeer(bounds); });
+  if (resizing_) {
+    FromUser("Resize", [&] { BoundsFromPeer(bounds); });
+    return;
+  }
+  {
+    const Flag resizing(resizing_);
+    FromUser("Resize", [&] { BoundsFromPeer(bounds); });
+  }
+  ShowVisibility(*this, std::exchange(putOff_, {}));
+}
+
+bool Form::PutsOffVisibility(Control& control) {
+  if (!resizing_) return false;
+  if (std::erase(putOff_, &control) == 0) putOff_.push_back(&control);
+  return true;
+}
+
+void Form::ShowVisibility(const Control& control, const std::vector<Control*>& changed) {
+  // Addresses are compared only: a control may have gone meanwhile.
+  for (Control* child : control.Children()) {
+    if (std::find(changed.begin(), changed.end(), child) != changed.end() && child->GetPeer()) {
+      child->GetPeer()->Changed(Aspect::kVisible);
+    }
+    ShowVisibility(*child, changed);
+  }
 }
 
 void Form::OnQueryUnload(bool&, CloseReason) {}

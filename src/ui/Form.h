@@ -78,8 +78,11 @@ class Form : public Control {
   void UserClose(CloseReason reason);
   void UserMouseMove(float x, float y);
   void UserShellRestarted();
-  /// The new place of the inner area, in twips.
+  /// The new place of the inner area, in twips. Pages hide what they move and show it again; peers learn only
+  /// what has changed in the end, so that the control with the focus keeps it.
   void UserResize(const Bounds& bounds);
+  /// True when the peer of the control learns only later whether the control is visible.
+  bool PutsOffVisibility(Control& control);
 
  protected:
   virtual void OnLoad() {}
@@ -89,6 +92,8 @@ class Form : public Control {
 
  private:
   std::vector<Form*> OwnedForms() const;
+  /// Tells the peers of those controls below `control` that have changed.
+  static void ShowVisibility(const Control& control, const std::vector<Control*>& changed);
 
   Style style_;
   std::string caption_;
@@ -97,6 +102,9 @@ class Form : public Control {
   bool loaded_ = false;
   bool modal_ = false;
   bool unloading_ = false;
+  bool resizing_ = false;
+  /// The controls whose visibility differs from what their peers know.
+  std::vector<Control*> putOff_;
 };
 
 }  // namespace ui

@@ -21,4 +21,8 @@ struct Message {
 /// Shows the message and waits for the answer. Lines are separated by CR LF.
 MessageResult ShowMessage(std::string text, MessageIcon icon, MessageButtons buttons = MessageButtons::kOk);
 
+/// What a user typed, as it may stand in a message: a text so long that the box would outgrow the screen ends
+/// in "..." instead.
+std::string ForMessage(std::string_view text);
+
 }  // namespace ui

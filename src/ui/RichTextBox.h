@@ -9,7 +9,8 @@
 
 namespace ui {
 
-/// Text in runs of one colour and weight, or a whole document in rich text format.
+/// Text in runs of one colour and weight, or a whole document in rich text format. The user reads it and
+/// copies from it, but can't type in it.
 class RichTextBox : public Control {
  public:
   struct Run {
@@ -42,6 +43,9 @@ class RichTextBox : public Control {
   const std::vector<Run>& Runs() const { return runs_; }
   /// Counts up each time the text is replaced rather than added to, so that a peer knows what it has shown.
   std::int32_t Generation() const { return generation_; }
+
+  /// The user has put the place of insertion elsewhere.
+  void UserSelStart(std::int32_t start) { SelStart(start); }
 
  private:
   void Reset();

@@ -124,6 +124,15 @@ TEST_F(UiControl, MovesOnceAndIsLaidOutOnlyWhenItsSizeChanges) {
   EXPECT_EQ(page.Bottom(), 620);
 }
 
+TEST_F(UiControl, AWidthOrHeightBelowZeroCountsAsZero) {
+  Window window;
+  Page page(&window);
+  page.Move(10, 20, -1, 500);
+  EXPECT_EQ(page.GetBounds(), (ui::Bounds{10, 20, 0, 500}));
+  page.Move(-10, -20, 1000, -500);
+  EXPECT_EQ(page.GetBounds(), (ui::Bounds{-10, -20, 1000, 0}));
+}
+
 TEST_F(UiControl, APageThatNobodyResizesIsLaidOutWhenItsWindowComesUp) {
   Window window;
   Page page(&window);

@@ -462,6 +462,56 @@ TEST_F(UiForm, TheUserResizesItWithoutAnEcho) {
   EXPECT_THAT(toolkit.TakeChanges(window), IsEmpty());
 }
 
+/// A window that hides its boxes, moves them and shows them again.
+class HidingWindow : public ui::Form {
+ public:
+  HidingWindow() : Form("frmHiding", "Test", {}, 3000, 2000) { boxTwo.Visible(false); }
+
+  ui::Frame frame{this, "framOne"};
+  ui::TextBox boxOne{&frame, "txtOne"};
+  ui::TextBox boxTwo{&frame, "txtTwo"};
+  bool fails = false;
+
+ protected:
+  void OnResize() override {
+    for (ui::Control* control : {static_cast<ui::Control*>(&frame), static_cast<ui::Control*>(&boxOne)}) {
+      control->Visible(false);
+    }
+    boxOne.Move(0, 0, Width(), 300);
+    if (fails) throw base::Error(70, "Disk full");
+    frame.Visible(true);
+    boxOne.Visible(true);
+    boxTwo.Visible(Width() > 3500);
+  }
+};
+
+TEST_F(UiForm, WhatIsHiddenWhileTheUserResizesItAndShownAgainStaysOnTheScreen) {
+  HidingWindow window;
+  window.Show();
+  for (ui::Control* control :
+       {static_cast<ui::Control*>(&window.frame), static_cast<ui::Control*>(&window.boxOne),
+        static_cast<ui::Control*>(&window.boxTwo)}) {
+    toolkit.TakeChanges(*control);
+  }
+  window.UserResize({0, 0, 4000, 3000});
+  EXPECT_THAT(toolkit.TakeChanges(window.frame), IsEmpty());
+  EXPECT_THAT(toolkit.TakeChanges(window.boxOne), ElementsAre(Aspect::kBounds));
+  EXPECT_THAT(toolkit.TakeChanges(window.boxTwo), ElementsAre(Aspect::kVisible));
+  window.boxOne.Visible(false);
+  EXPECT_THAT(toolkit.TakeChanges(window.boxOne), ElementsAre(Aspect::kVisible));
+}
+
+TEST_F(UiForm, AResizeThatFailsHalfWayShowsWhatTheControlsAre) {
+  HidingWindow window;
+  window.Show();
+  toolkit.TakeChanges(window.boxOne);
+  window.fails = true;
+  window.UserResize({0, 0, 4000, 3000});
+  EXPECT_THAT(Messages(), ElementsAre("Disk full (70)"));
+  EXPECT_FALSE(window.boxOne.Visible());
+  EXPECT_THAT(toolkit.TakeChanges(window.boxOne), ElementsAre(Aspect::kBounds, Aspect::kVisible));
+}
+
 TEST_F(UiForm, TheMouseIsReportedInTwips) {
   Window window(life);
   std::vector<float> places;

@@ -107,6 +107,15 @@ TEST_F(UiRichTextBox, ThePlaceIsKeptWithinTheText) {
   EXPECT_EQ(box.SelStart(), 0);
 }
 
+TEST_F(UiRichTextBox, TextGoesWhereTheUserHasPutThePlace) {
+  Insert(0, "abc", kRed);
+  box.UserSelStart(1);
+  box.SelText("x");
+  EXPECT_EQ(box.Text(), "axbc");
+  box.UserSelStart(100);
+  EXPECT_EQ(box.SelStart(), 4);
+}
+
 TEST_F(UiRichTextBox, InsertingNothingDoesNothing) {
   Insert(0, "abc", kRed);
   toolkit.TakeChanges(box);

@@ -123,6 +123,17 @@ TEST_F(ProcessTest, OfManyThatStartAtOnceExactlyOneFindsNoEarlierOne) {
   EXPECT_EQ(first, 1);
 }
 
+TEST_F(ProcessTest, TellsTheCurrentFolder) {
+  std::vector<char> before(MAX_PATH);
+  ASSERT_NE(GetCurrentDirectoryA(MAX_PATH, before.data()), 0u);
+  const std::string folder = folder_.Path() + "\\Caf\xE9";
+  ASSERT_TRUE(CreateDirectoryA(folder.c_str(), nullptr));
+  ASSERT_TRUE(SetCurrentDirectoryA(folder.c_str()));
+  EXPECT_EQ(platform::win32::Win32Process().CurrentFolder(), folder);
+  ASSERT_TRUE(SetCurrentDirectoryA(before.data()));
+  EXPECT_EQ(platform::win32::Win32Process().CurrentFolder(), before.data());
+}
+
 TEST_F(ProcessTest, TellsTheFullPathOfTheProgram) {
   const std::string program = folder_.CopyOfProgram("Caf\xE9.exe");
   EXPECT_EQ(ChildProcess(program, {"tell-the-path", program}).ExitCode(), 0u);

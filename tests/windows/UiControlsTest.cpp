@@ -63,6 +63,19 @@ TEST_F(UiControlsTest, AControlThatIsDestroyedTakesItsWindowAlong) {
   EXPECT_EQ(GlobalFindAtomA("lblTest"), 0);
 }
 
+TEST_F(UiControlsTest, ALabelThatIsMadeNarrowerIsDrawnAnewAsAWhole) {
+  ui::Label middle(&form_, "lblMiddle", "Middle", ui::Alignment::kCenter);
+  middle.Move(0, 0, 3000, 300);
+  form_.Show();
+  RedrawWindow(form_.Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+  middle.Move(0, 0, 1500, 300);
+  RECT stale{};
+  EXPECT_TRUE(GetUpdateRect(Native(middle), &stale, FALSE));
+  RECT whole{};
+  GetClientRect(Native(middle), &whole);
+  EXPECT_TRUE(EqualRect(&stale, &whole));
+}
+
 TEST_F(UiControlsTest, ALabelShowsItsCaptionAlignmentAndColours) {
   ui::Label left(&form_, "lblLeft", "Left");
   ui::Label right(&form_, "lblRight", "Right", ui::Alignment::kRight);

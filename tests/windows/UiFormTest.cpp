@@ -1,6 +1,7 @@
 #include "ui/Form.h"
 
 #include "support/Ui.h"
+#include "ui/Frame.h"
 #include "ui/TextBox.h"
 #include "ui/win32/Win32Screen.h"
 
@@ -12,7 +13,7 @@ using support::TestForm;
 
 class UiFormTest : public support::UiTest {
  protected:
-  static LONG Pixels(ui::Twips twips) { return ui::win32::Win32Screen().PixelsX(twips); }
+  static LONG Pixels(ui::Twips twips) { return ui::win32::Scale::OfScreen().Pixels(twips); }
 };
 
 TEST_F(UiFormTest, ALoadedFormHasAHiddenWindowOfAnEightBitClassWithItsNameAndCaption) {
@@ -281,6 +282,33 @@ TEST_F(UiFormTest, TheFocusComesBackWhenTheWindowIsActivatedAgain) {
   form.Show();
   EXPECT_TRUE(RunUntil(
       [&] { return second.GetPeer() && GetFocus() == reinterpret_cast<HWND>(second.GetPeer()->Handle()); }));
+}
+
+TEST_F(UiFormTest, TheFocusStaysWhereItIsWhenTheUserResizesAWindowThatHidesWhatItMoves) {
+  struct HidingForm : TestForm {
+    ui::Frame frame{this, "framOne"};
+    ui::TextBox first{&frame, "txtFirst"};
+    ui::TextBox second{&frame, "txtSecond"};
+    void OnResize() override {
+      TestForm::OnResize();
+      frame.Visible(false);
+      frame.Move(0, 0, Width(), Height());
+      first.Move(0, 0, Width(), 300);
+      second.Move(0, 400, Width(), 300);
+      frame.Visible(true);
+    }
+  } form;
+  form.Show();
+  form.second.SetFocus();
+  ASSERT_TRUE(RunUntil([&] { return form.second.HasFocus(); }));
+  int left = 0;
+  form.second.LostFocus.Connect([&left] { ++left; });
+  const int before = form.resizes;
+  SetWindowPos(form.Window(), nullptr, 10, 20, 500, 400, SWP_NOZORDER);
+  ASSERT_TRUE(RunUntil([&] { return form.resizes > before; }));
+  EXPECT_TRUE(form.second.HasFocus());
+  EXPECT_EQ(GetFocus(), reinterpret_cast<HWND>(form.second.GetPeer()->Handle()));
+  EXPECT_EQ(left, 0);
 }
 
 TEST_F(UiFormTest, AFormMayDestroyItselfWhileItCloses) {

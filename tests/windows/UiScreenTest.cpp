@@ -46,16 +46,19 @@ TEST_F(UiScreenTest, AllPicturesOfTheProgramAreThere) {
 }
 
 TEST_F(UiScreenTest, FontsAreMadeOnceInTheSizeAndWeightAsked) {
-  ui::win32::Fonts fonts(96);
-  const HFONT body = fonts.Get(ui::BodyFont());
-  EXPECT_EQ(fonts.Get(ui::BodyFont()), body);
+  constexpr ui::win32::Scale kPlain(96);
+  ui::win32::Fonts fonts;
+  const HFONT body = fonts.Get(ui::BodyFont(), kPlain);
+  EXPECT_EQ(fonts.Get(ui::BodyFont(), kPlain), body);
   LOGFONTA font{};
   GetObjectA(body, sizeof font, &font);
   EXPECT_EQ(font.lfHeight, -13);
   EXPECT_EQ(font.lfWeight, FW_NORMAL);
-  GetObjectA(fonts.Get({"Comic Sans MS", 20.25, true}), sizeof font, &font);
+  GetObjectA(fonts.Get({"Comic Sans MS", 20.25, true}, kPlain), sizeof font, &font);
   EXPECT_EQ(font.lfHeight, -27);
   EXPECT_EQ(font.lfWeight, FW_BOLD);
+  GetObjectA(fonts.Get(ui::BodyFont(), ui::win32::Scale(192)), sizeof font, &font);
+  EXPECT_EQ(font.lfHeight, -26) << "twice as large at twice the scale";
 }
 
 TEST_F(UiScreenTest, AFontThatIsMissingHasAStandIn) {

@@ -89,4 +89,10 @@ bool Win32Process::EarlierInstanceRuns() {
   return false;
 }
 
+std::string Win32Process::CurrentFolder() {
+  std::wstring path(kLongestPath, L'\0');
+  path.resize(GetCurrentDirectoryW(static_cast<DWORD>(path.size()), path.data()));
+  return FromUtf16(path);
+}
+
 }  // namespace platform::win32

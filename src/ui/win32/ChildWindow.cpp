@@ -5,7 +5,8 @@
 #include <unordered_map>
 
 #include "platform/win32/SystemError.h"
-#include "ui/Control.h"
+#include "ui/Form.h"
+#include "ui/win32/FormPeer.h"
 #include "ui/win32/OwnWindow.h"
 #include "ui/win32/Surroundings.h"
 
@@ -29,6 +30,21 @@ int NextId() {
   static int last = kFirstId;
   last = last == kLastId ? kFirstId : last + 1;
   return last;
+}
+
+/// What a dialog does for this message.
+void MoveFocus(WPARAM wParam, LPARAM lParam) {
+  if (LOWORD(lParam) != 0) {
+    SetFocus(reinterpret_cast<HWND>(wParam));
+    return;
+  }
+  const HWND focus = GetFocus();
+  const HWND next = GetNextDlgTabItem(GetAncestor(focus, GA_ROOT), focus, wParam != 0);
+  if (next) SetFocus(next);
+}
+
+bool HasGround(const Control& control) {
+  return !control.Transparent() && control.BackColor() != kDefaultColor;
 }
 
 }  // namespace
@@ -74,9 +90,10 @@ void ChildWindow::Show(Aspect aspect) {
       break;
     }
     case Aspect::kVisible:
-      ShowWindow(window_, control_.Visible() ? SW_SHOWNA : SW_HIDE);
+      control_.Visible() ? static_cast<void>(ShowWindow(window_, SW_SHOWNA)) : Hide();
       break;
     case Aspect::kEnabled:
+      if (!control_.Enabled()) PassFocusOn();
       EnableWindow(window_, control_.Enabled() ? TRUE : FALSE);
       break;
     case Aspect::kColors:
@@ -90,8 +107,35 @@ void ChildWindow::Show(Aspect aspect) {
   }
 }
 
+void ChildWindow::Hide() {
+  PassFocusOn();
+  if (window_) ShowWindow(window_, SW_HIDE);
+}
+
+void ChildWindow::PassFocusOn() const {
+  const HWND focus = GetFocus();
+  if (!focus || (focus != window_ && !IsChild(window_, focus))) return;
+  const HWND top = GetAncestor(window_, GA_ROOT);
+  HWND next = focus;
+  do {
+    next = GetNextDlgTabItem(top, next, FALSE);
+  } while (next && next != focus && (next == window_ || IsChild(window_, next)));
+  ::SetFocus(next && next != focus ? next : top);
+}
+
 RECT ChildWindow::NativeBounds() const {
-  return surroundings_.screen.Pixels(control_.GetBounds());
+  return FormScale().Pixels(control_.GetBounds());
+}
+
+Scale ChildWindow::FormScale() const {
+  const Form* form = control_.ParentForm();
+  const Peer* peer = form ? form->GetPeer() : nullptr;
+  return peer ? static_cast<const FormPeer*>(peer)->GetScale() : Scale::OfScreen();
+}
+
+void ChildWindow::ScaleChanged() {
+  Show(Aspect::kFont);
+  Show(Aspect::kBounds);
 }
 
 void ChildWindow::SyncLater() {
@@ -102,12 +146,16 @@ void ChildWindow::SyncLater() {
 
 std::optional<LRESULT> ChildWindow::Reflect(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
+    case WM_NEXTDLGCTL:
+      // The way from a label to its field.
+      MoveFocus(wParam, lParam);
+      return 0;
     case WM_NOTIFYFORMAT:
       return NFR_ANSI;
     case WM_COMMAND: {
       ChildWindow* child = lParam ? FromWindow(reinterpret_cast<HWND>(lParam)) : nullptr;
       if (!child) return std::nullopt;
-      child->OnCommand(HIWORD(wParam));
+      child->OnCommand(HIWORD(wParam), LOWORD(wParam));
       return 0;
     }
     case WM_NOTIFY: {
@@ -144,13 +192,14 @@ LRESULT ChildWindow::PassOn(UINT message, WPARAM wParam, LPARAM lParam) const {
 }
 
 COLORREF ChildWindow::Ground() const {
-  return control_.Transparent() ? GroundBehind() : NativeColor(control_.BackColor(), SystemGround());
+  if (control_.Transparent()) return GroundBehind();
+  return HasGround(control_) ? static_cast<COLORREF>(control_.BackColor()) : DefaultGround();
 }
 
 COLORREF ChildWindow::GroundBehind() const {
   const Control* behind = control_.Parent();
-  while (behind && behind->Transparent()) behind = behind->Parent();
-  return NativeColor(behind ? behind->BackColor() : kDefaultColor, COLOR_BTNFACE);
+  while (behind && !HasGround(*behind)) behind = behind->Parent();
+  return behind ? static_cast<COLORREF>(behind->BackColor()) : GetSysColor(COLOR_BTNFACE);
 }
 
 COLORREF ChildWindow::TextColor() const {
@@ -159,7 +208,7 @@ COLORREF ChildWindow::TextColor() const {
 }
 
 HFONT ChildWindow::NativeFont() const {
-  return surroundings_.fonts.Get(control_.Font());
+  return surroundings_.fonts.Get(control_.Font(), FormScale());
 }
 
 ChildWindow* ChildWindow::FromWindow(HWND window) {
@@ -190,7 +239,9 @@ LRESULT ChildWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_KILLFOCUS: {
       const HWND window = window_;
       const LRESULT result = OnMessage(message, wParam, lParam);
-      if (IsAlive(window, this)) control_.UserFocus(message == WM_SETFOCUS);
+      // A window may have passed on at once what it got.
+      const bool stays = message == WM_KILLFOCUS || GetFocus() == window;
+      if (stays && IsAlive(window, this)) control_.UserFocus(message == WM_SETFOCUS);
       return result;
     }
     default:

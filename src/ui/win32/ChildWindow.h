@@ -6,6 +6,7 @@
 #include <string>
 
 #include "ui/Peer.h"
+#include "ui/win32/Scale.h"
 
 namespace ui {
 class Control;
@@ -27,9 +28,14 @@ class ChildWindow {
   /// Null after Windows took the window away together with its parent.
   HWND Window() const { return window_; }
 
-  /// What a native control tells its parent window goes to the control's own object. None when the message is
-  /// another.
+  /// What a native control tells its parent window goes to the control's own object, and the focus goes where
+  /// the keyboard's letters lead it. None when the message is another.
   static std::optional<LRESULT> Reflect(UINT message, WPARAM wParam, LPARAM lParam);
+  /// The object behind a native control, null for a window that is none.
+  static ChildWindow* FromWindow(HWND window);
+
+  /// The form stands on a monitor of another scale now.
+  virtual void ScaleChanged();
 
  protected:
   ChildWindow(Control& control, Surroundings& surroundings);
@@ -49,7 +55,7 @@ class ChildWindow {
 
   /// A message to the native window. Calls PassOn, after which the object may be gone.
   virtual LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
-  virtual void OnCommand(WORD /*code*/) {}
+  virtual void OnCommand(WORD /*code*/, WORD /*id*/) {}
   virtual LRESULT OnNotify(NMHDR& /*header*/) { return 0; }
   /// Sets the colours of the text that the native control is about to draw; the brush for its ground.
   virtual HBRUSH OnColors(HDC context);
@@ -63,20 +69,25 @@ class ChildWindow {
     return static_cast<Result>(SendMessageA(window_, message, wParam, lParam));
   }
   Surroundings& Around() const { return surroundings_; }
+  /// The scale of the form that the control stands on.
+  Scale FormScale() const;
   /// The colour that is seen behind the control's text.
   COLORREF Ground() const;
   /// The colour of what the control stands on.
   COLORREF GroundBehind() const;
   COLORREF TextColor() const;
   HFONT NativeFont() const;
-  /// The machine's own colour behind the text of this kind.
-  virtual int SystemGround() const { return COLOR_BTNFACE; }
+  /// Hides the native window; what has the focus on it gives it to the next in the order of the tab key.
+  void Hide();
+  /// The ground of a control to which nobody has given a colour.
+  virtual COLORREF DefaultGround() const { return GroundBehind(); }
 
  private:
-  static ChildWindow* FromWindow(HWND window);
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
                                     DWORD_PTR self);
   LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
+  /// A window that is hidden or disabled with the focus on it would leave the keyboard to nobody.
+  void PassFocusOn() const;
 
   Control& control_;
   Surroundings& surroundings_;
@@ -111,6 +122,26 @@ class Writing {
  private:
   bool& flag_;
   bool before_;
+};
+
+/// While it lives, what a peer writes to its window isn't drawn; then all of it is drawn at once. A hidden
+/// window is left alone, since being told to draw would show it.
+class DrawingPause {
+ public:
+  explicit DrawingPause(HWND window)
+      : window_((GetWindowLongA(window, GWL_STYLE) & WS_VISIBLE) != 0 ? window : nullptr) {
+    if (window_) SendMessageA(window_, WM_SETREDRAW, FALSE, 0);
+  }
+  ~DrawingPause() {
+    if (!window_) return;
+    SendMessageA(window_, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(window_, nullptr, TRUE);
+  }
+  DrawingPause(const DrawingPause&) = delete;
+  DrawingPause& operator=(const DrawingPause&) = delete;
+
+ private:
+  HWND window_;
 };
 
 }  // namespace ui::win32

@@ -59,13 +59,11 @@ void ChoicePeer::Show(Aspect aspect) {
 void ChoicePeer::Sync() {
   if (itemsStale_) {
     itemsStale_ = false;
-    Send(WM_SETREDRAW, FALSE);
+    const DrawingPause pause(Window());
     Send(messages_.reset);
     for (std::int32_t i = 0; i < choice_.ListCount(); ++i) {
       Send(messages_.add, 0, reinterpret_cast<LPARAM>(choice_.List(i).c_str()));
     }
-    Send(WM_SETREDRAW, TRUE);
-    InvalidateRect(Window(), nullptr, TRUE);
   }
   Send(messages_.select, static_cast<WPARAM>(choice_.ListIndex()));
 }
@@ -73,11 +71,11 @@ void ChoicePeer::Sync() {
 RECT ChoicePeer::NativeBounds() const {
   RECT bounds = ChildPeer::NativeBounds();
   // The bounds of a combo box reach down to the end of its list; how high it stands follows from its font.
-  if (choice_.GetKind() == Kind::kComboBox) bounds.bottom += Around().screen.PixelsY(4000);
+  if (choice_.GetKind() == Kind::kComboBox) bounds.bottom += FormScale().Pixels(4000);
   return bounds;
 }
 
-void ChoicePeer::OnCommand(WORD code) {
+void ChoicePeer::OnCommand(WORD code, WORD) {
   if (code == messages_.changed) {
     choice_.UserSelect(Send<std::int32_t>(messages_.selected));
   } else if (code == messages_.doubleClick) {

@@ -17,8 +17,8 @@ class ChoicePeer : public ChildPeer<> {
   void Show(Aspect aspect) override;
   void Sync() override;
   RECT NativeBounds() const override;
-  void OnCommand(WORD code) override;
-  int SystemGround() const override { return COLOR_WINDOW; }
+  void OnCommand(WORD code, WORD id) override;
+  COLORREF DefaultGround() const override { return GetSysColor(COLOR_WINDOW); }
 
  private:
   struct Messages;

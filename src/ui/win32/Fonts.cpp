@@ -38,17 +38,17 @@ Fonts::~Fonts() {
   for (const Made& made : made_) DeleteObject(made.handle);
 }
 
-HFONT Fonts::Get(const Font& font) {
+HFONT Fonts::Get(const Font& font, Scale scale) {
   for (const Made& made : made_) {
-    if (made.font == font) return made.handle;
+    if (made.font == font && made.scale == scale) return made.handle;
   }
   LOGFONTA wanted{};
-  wanted.lfHeight = -static_cast<LONG>(std::lround(font.points * dotsPerInch_ / 72.0));
+  wanted.lfHeight = -static_cast<LONG>(std::lround(font.points * scale.DotsPerInch() / 72.0));
   wanted.lfWeight = font.bold ? FW_BOLD : FW_NORMAL;
   wanted.lfCharSet = DEFAULT_CHARSET;
   wanted.lfQuality = DEFAULT_QUALITY;
   InstalledName(font.name).copy(wanted.lfFaceName, LF_FACESIZE - 1);
-  made_.push_back({font, CreateFontIndirectA(&wanted)});
+  made_.push_back({font, scale, CreateFontIndirectA(&wanted)});
   return made_.back().handle;
 }
 

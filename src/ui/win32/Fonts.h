@@ -8,18 +8,19 @@
 
 #include "ui/Color.h"
 #include "ui/Font.h"
+#include "ui/win32/Scale.h"
 
 namespace ui::win32 {
 
 /// Native fonts, each made once and kept.
 class Fonts {
  public:
-  explicit Fonts(int dotsPerInch) : dotsPerInch_(dotsPerInch) {}
+  Fonts() = default;
   ~Fonts();
   Fonts(const Fonts&) = delete;
   Fonts& operator=(const Fonts&) = delete;
 
-  HFONT Get(const Font& font);
+  HFONT Get(const Font& font, Scale scale);
 
   /// The name itself where a font of that name is installed, else one that looks alike, else the one of the
   /// machine's dialogs.
@@ -28,10 +29,10 @@ class Fonts {
  private:
   struct Made {
     Font font;
+    Scale scale;
     HFONT handle;
   };
 
-  int dotsPerInch_;
   std::vector<Made> made_;
 };
 

@@ -52,6 +52,15 @@ Button* FindButton(const Control& control, const Condition& holds) {
   return nullptr;
 }
 
+/// Tells all that stands on the control of the new scale.
+void Rescale(const Control& control) {
+  for (const Control* child : control.Children()) {
+    const std::uintptr_t window = child->GetPeer() ? child->GetPeer()->Handle() : 0;
+    if (ChildWindow* native = ChildWindow::FromWindow(reinterpret_cast<HWND>(window))) native->ScaleChanged();
+    Rescale(*child);
+  }
+}
+
 int IdOf(const Control& control) {
   return control.GetPeer() ? GetDlgCtrlID(reinterpret_cast<HWND>(control.GetPeer()->Handle())) : 0;
 }
@@ -65,6 +74,7 @@ FormPeer::FormPeer(Form& form, Surroundings& surroundings) : form_(form), surrou
           .extendedStyle = ExtendedStyleOf(form_.GetStyle()),
           .title = form_.Caption(),
           .controlName = form_.Name()});
+  scale_ = Scale::Of(Window());
   ApplyBounds();
   if (form_.Icon()) ApplyIcon();
   ApplyEnabled();
@@ -94,7 +104,8 @@ void FormPeer::Changed(Aspect aspect) {
       ApplyIcon();
       break;
     case Aspect::kColors:
-      InvalidateRect(Window(), nullptr, TRUE);
+      // Controls without a ground of their own show this one.
+      RedrawWindow(Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
       break;
     default:
       break;
@@ -156,13 +167,6 @@ void FormPeer::Place() {
   SetWindowPos(Window(), nullptr, left, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-SIZE FormPeer::OuterSize(LONG innerWidth, LONG innerHeight) const {
-  RECT outer{0, 0, innerWidth, innerHeight};
-  AdjustWindowRectEx(&outer, static_cast<DWORD>(GetWindowLongPtrA(Window(), GWL_STYLE)), FALSE,
-                     static_cast<DWORD>(GetWindowLongPtrA(Window(), GWL_EXSTYLE)));
-  return {outer.right - outer.left, outer.bottom - outer.top};
-}
-
 SIZE FormPeer::InnerSize() const {
   RECT inner{};
   GetClientRect(Window(), &inner);
@@ -173,19 +177,29 @@ void FormPeer::ApplyBounds() {
   if (IsIconic(Window()) || IsZoomed(Window())) return;
   {
     const Writing writing(writing_);
-    const RECT wanted = surroundings_.screen.Pixels(form_.GetBounds());
+    const RECT wanted = scale_.Pixels(form_.GetBounds());
     POINT inner{};
     ClientToScreen(Window(), &inner);
     RECT outer;
     GetWindowRect(Window(), &outer);
-    size_ = {surroundings_.screen.PixelsX(form_.Width()), surroundings_.screen.PixelsY(form_.Height())};
-    const SIZE size = OuterSize(size_.cx, size_.cy);
     // Before the window has found its place, its bounds tell its size only.
-    const UINT flags = placed_ ? 0u : SWP_NOMOVE;
-    SetWindowPos(Window(), nullptr, outer.left + wanted.left - inner.x, outer.top + wanted.top - inner.y,
-                 size.cx, size.cy, SWP_NOZORDER | SWP_NOACTIVATE | flags);
+    MoveTo(outer.left + wanted.left - inner.x, outer.top + wanted.top - inner.y, placed_ ? 0u : SWP_NOMOVE);
   }
   if (placed_) TellBounds();
+}
+
+void FormPeer::MoveTo(LONG left, LONG top, UINT flags) {
+  size_ = {scale_.Pixels(form_.Width()), scale_.Pixels(form_.Height())};
+  // How thick the frame is, only the window itself knows, and after the first step it may be another one.
+  constexpr int kSteps = 2;
+  for (int step = 0; step < kSteps; ++step) {
+    RECT outer;
+    GetWindowRect(Window(), &outer);
+    const SIZE inner = InnerSize();
+    if (step > 0 && inner.cx == size_.cx && inner.cy == size_.cy) return;
+    SetWindowPos(Window(), nullptr, left, top, outer.right - outer.left - inner.cx + size_.cx,
+                 outer.bottom - outer.top - inner.cy + size_.cy, SWP_NOZORDER | SWP_NOACTIVATE | flags);
+  }
 }
 
 void FormPeer::TellBounds() {
@@ -195,11 +209,10 @@ void FormPeer::TellBounds() {
   size_ = size;
   POINT origin{};
   ClientToScreen(Window(), &origin);
-  const Win32Screen& screen = surroundings_.screen;
   // A size that didn't change keeps the form's own twips, which needn't be whole pixels.
-  const Bounds bounds{screen.TwipsX(origin.x), screen.TwipsY(origin.y),
-                      resized ? screen.TwipsX(size.cx) : form_.Width(),
-                      resized ? screen.TwipsY(size.cy) : form_.Height()};
+  const Bounds bounds{scale_.ToTwips(origin.x), scale_.ToTwips(origin.y),
+                      resized ? scale_.ToTwips(size.cx) : form_.Width(),
+                      resized ? scale_.ToTwips(size.cy) : form_.Height()};
   if (!(bounds == form_.GetBounds())) form_.UserResize(bounds);
 }
 
@@ -262,6 +275,9 @@ LRESULT FormPeer::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_MOVE:
       OnMove();
       return 0;
+    case WM_DPICHANGED:
+      OnScale(Scale(HIWORD(wParam)), *reinterpret_cast<const RECT*>(lParam));
+      return 0;
     case WM_ACTIVATE:
       if (LOWORD(wParam) == WA_INACTIVE) {
         const HWND focus = GetFocus();
@@ -295,6 +311,16 @@ void FormPeer::OnSize(WPARAM kind) {
 
 void FormPeer::OnMove() {
   if (!writing_ && placed_) TellBounds();
+}
+
+void FormPeer::OnScale(Scale scale, const RECT& suggested) {
+  scale_ = scale;
+  {
+    const Writing writing(writing_);
+    if (!IsIconic(Window())) MoveTo(suggested.left, suggested.top, IsZoomed(Window()) ? SWP_NOSIZE : 0u);
+    Rescale(form_);
+  }
+  TellBounds();
 }
 
 void FormPeer::RestoreFocus() {

@@ -8,6 +8,7 @@
 #include "ui/Peer.h"
 #include "ui/win32/ModalBlock.h"
 #include "ui/win32/OwnWindow.h"
+#include "ui/win32/Scale.h"
 
 namespace ui {
 class Form;
@@ -28,6 +29,9 @@ class FormPeer : public Peer, public OwnWindow {
   void SetFocus() override;
   std::uintptr_t Handle() const override { return reinterpret_cast<std::uintptr_t>(Window()); }
 
+  /// The scale of the monitor that the window stands on.
+  Scale GetScale() const { return scale_; }
+
   void Block(const ModalBlock& block);
   void Unblock(const ModalBlock& block);
 
@@ -40,6 +44,8 @@ class FormPeer : public Peer, public OwnWindow {
   /// Where the window stands when it is shown for the first time.
   void Place();
   void ApplyBounds();
+  /// To that place of the screen, in pixels, with the form's inner size.
+  void MoveTo(LONG left, LONG top, UINT flags);
   void ApplyIcon();
   void ApplyEnabled();
   void AttachToOwner();
@@ -47,11 +53,11 @@ class FormPeer : public Peer, public OwnWindow {
 
   void OnSize(WPARAM kind);
   void OnMove();
+  void OnScale(Scale scale, const RECT& suggested);
   void OnCommand(WPARAM wParam);
   void RestoreFocus();
   LRESULT DefaultButton() const;
 
-  SIZE OuterSize(LONG innerWidth, LONG innerHeight) const;
   SIZE InnerSize() const;
   void TellBounds();
 
@@ -62,6 +68,7 @@ class FormPeer : public Peer, public OwnWindow {
   HWND lastFocus_ = nullptr;
   /// Inner size as the form knows it.
   SIZE size_{};
+  Scale scale_ = Scale::OfScreen();
   bool placed_ = false;
   /// While the peer itself moves the window.
   bool writing_ = false;

@@ -29,6 +29,8 @@ void LabelPeer::Show(Aspect aspect) {
     SetWindowTextA(Window(), label_.Caption().c_str());
   } else {
     ChildPeer::Show(aspect);
+    // Where the text stands depends on the width.
+    if (aspect == Aspect::kBounds) InvalidateRect(Window(), nullptr, TRUE);
   }
 }
 

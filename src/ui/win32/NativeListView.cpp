@@ -8,9 +8,15 @@
 namespace ui::win32 {
 namespace {
 
-/// Room on both sides of a cell's text at 96 dots per inch.
-constexpr int kCellPadding = 12;
+/// Room on both sides of a cell's text.
+constexpr Twips kCellPadding = 180;
 constexpr UINT kSelectedAndFocused = LVIS_SELECTED | LVIS_FOCUSED;
+
+/// A tenth darker.
+COLORREF Shaded(COLORREF color) {
+  const auto part = [](BYTE value) { return static_cast<BYTE>(value * 9 / 10); };
+  return RGB(part(GetRValue(color)), part(GetGValue(color)), part(GetBValue(color)));
+}
 
 DWORD StyleOf(const ListView::Style& style) {
   DWORD result = LVS_REPORT | LVS_OWNERDATA | LVS_SHOWSELALWAYS;
@@ -69,6 +75,11 @@ void NativeListView::Show(Aspect aspect) {
   }
 }
 
+void NativeListView::ScaleChanged() {
+  ChildPeer::ScaleChanged();
+  Show(Aspect::kColumns);
+}
+
 void NativeListView::RowsAdded(std::size_t first, std::size_t count) {
   if (!Window()) return;
   widths_.RowsAdded(first, count);
@@ -104,17 +115,17 @@ bool NativeListView::FitColumn(std::size_t column, bool useHeader) {
   }
   int width = widths_.Widest(column);
   if (useHeader) width = std::max(width, widths_.HeaderWidth(column));
-  width += MulDiv(kCellPadding, Around().screen.DotsPerInch(), 96);
+  width += FormScale().Pixels(kCellPadding);
   if (column == 0 && list_.GetStyle().checkBoxes) {
     int tickWidth = 0;
     int tickHeight = 0;
     const auto ticks = reinterpret_cast<HIMAGELIST>(Send(LVM_GETIMAGELIST, LVSIL_STATE));
     if (ImageList_GetIconSize(ticks, &tickWidth, &tickHeight)) width += tickWidth;
   }
-  if (!columnsStale_ && Around().screen.PixelsX(list_.Columns()[column].width) == width) return true;
+  if (!columnsStale_ && FormScale().Pixels(list_.Columns()[column].width) == width) return true;
   const Writing writing(writing_);
   Send(LVM_SETCOLUMNWIDTH, column, MAKELPARAM(width, 0));
-  list_.UserColumnWidth(column, Around().screen.TwipsX(width));
+  list_.UserColumnWidth(column, FormScale().ToTwips(width));
   return true;
 }
 
@@ -165,7 +176,7 @@ void NativeListView::SyncColumns() {
     if (!columns.empty()) {
       text = columns[static_cast<std::size_t>(i)].text;
       native.mask |= LVCF_WIDTH;
-      native.cx = Around().screen.PixelsX(columns[static_cast<std::size_t>(i)].width);
+      native.cx = FormScale().Pixels(columns[static_cast<std::size_t>(i)].width);
     }
     native.pszText = text.data();
     Send(i < ColumnCount() ? LVM_SETCOLUMNA : LVM_INSERTCOLUMNA, static_cast<WPARAM>(i),
@@ -180,7 +191,7 @@ void NativeListView::FillWidth() {
   if (ColumnCount() == 0 || WidthOf(0) == inner.right) return;
   const Writing writing(writing_);
   Send(LVM_SETCOLUMNWIDTH, 0, MAKELPARAM(inner.right, 0));
-  list_.UserColumnWidth(0, Around().screen.TwipsX(inner.right));
+  list_.UserColumnWidth(0, FormScale().ToTwips(inner.right));
 }
 
 void NativeListView::SetState(int row, UINT state, UINT mask) const {
@@ -192,7 +203,7 @@ void NativeListView::SetState(int row, UINT state, UINT mask) const {
 
 void NativeListView::SyncSelection() {
   constexpr int kAllRows = -1;
-  Send(WM_SETREDRAW, FALSE);
+  const DrawingPause pause(Window());
   const std::size_t selected = list_.SelectedCount();
   const auto focused = list_.SelectedRow();
   if (selected > 0 && selected == list_.RowCount() && list_.GetStyle().multiSelect) {
@@ -209,8 +220,6 @@ void NativeListView::SyncSelection() {
     }
   }
   if (focused && *focused < list_.RowCount()) SetState(Row(*focused), LVIS_FOCUSED, LVIS_FOCUSED);
-  Send(WM_SETREDRAW, TRUE);
-  InvalidateRect(Window(), nullptr, TRUE);
 }
 
 LRESULT NativeListView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -325,6 +334,11 @@ LRESULT NativeListView::OnDraw(NMLVCUSTOMDRAW& draw) const {
       draw.clrText =
           color == kDefaultColor || !list_.Enabled() ? TextColor() : NativeColor(color, COLOR_WINDOWTEXT);
       draw.clrTextBk = Ground();
+      if ((draw.nmcd.uItemState & CDIS_SELECTED) && GetFocus() != Window()) {
+        // A selected row keeps its colour while the focus is elsewhere: the colour tells something.
+        draw.nmcd.uItemState &= ~static_cast<UINT>(CDIS_SELECTED);
+        draw.clrTextBk = Shaded(Ground());
+      }
       return CDRF_NEWFONT;
     }
     default:
@@ -413,7 +427,7 @@ void NativeListView::OnHeader(const NMHEADERA& header) {
   const bool changed = header.hdr.code == HDN_ITEMCHANGEDA || header.hdr.code == HDN_ITEMCHANGEDW;
   if (writing_ || !changed || !header.pitem || !(header.pitem->mask & HDI_WIDTH) || header.iItem < 0) return;
   const auto column = static_cast<std::size_t>(header.iItem);
-  list_.UserColumnWidth(column, Around().screen.TwipsX(WidthOf(column)));
+  list_.UserColumnWidth(column, FormScale().ToTwips(WidthOf(column)));
 }
 
 }  // namespace ui::win32

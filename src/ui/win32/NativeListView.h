@@ -19,6 +19,7 @@ class NativeListView : public ChildPeer<ListViewPeer> {
  public:
   NativeListView(ListView& list, Surroundings& surroundings);
 
+  void ScaleChanged() override;
   void RowsAdded(std::size_t first, std::size_t count) override;
   void RowChanged(std::size_t row) override;
   void EnsureVisible(std::size_t row) override;
@@ -30,7 +31,7 @@ class NativeListView : public ChildPeer<ListViewPeer> {
   void Sync() override;
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
   LRESULT OnNotify(NMHDR& header) override;
-  int SystemGround() const override { return COLOR_WINDOW; }
+  COLORREF DefaultGround() const override { return GetSysColor(COLOR_WINDOW); }
 
  private:
   bool FillsItsWidth() const { return !list_.GetStyle().columnHeaders && list_.Columns().size() < 2; }

@@ -7,6 +7,8 @@
 namespace ui::win32 {
 namespace {
 
+constexpr UINT kHide = WM_APP + 2;
+
 const char* PanelClass() {
   static constexpr char kName[] = "HarbourlinePanel";
   WNDCLASSEXA panel{};
@@ -19,6 +21,18 @@ const char* PanelClass() {
     RegisterClassExA(&panel);
   }
   return kName;
+}
+
+/// The first window below the parent that takes the focus; null for none.
+HWND FirstTabStop(HWND parent) {
+  constexpr LONG kMask = WS_VISIBLE | WS_DISABLED;
+  for (HWND child = GetWindow(parent, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+    const LONG style = GetWindowLongA(child, GWL_STYLE);
+    if ((style & kMask) != WS_VISIBLE) continue;
+    if ((style & WS_TABSTOP) != 0) return child;
+    if (const HWND below = FirstTabStop(child)) return below;
+  }
+  return nullptr;
 }
 
 const Frame* AsFrame(const Control& control) {
@@ -36,6 +50,10 @@ PanelPeer::PanelPeer(Control& control, Surroundings& surroundings)
 }
 
 void PanelPeer::Show(Aspect aspect) {
+  if (aspect == Aspect::kVisible && !control_.Visible()) {
+    PostMessageA(Window(), kHide, 0, 0);
+    return;
+  }
   ChildPeer::Show(aspect);
   // Transparent controls on it show its ground.
   if (aspect == Aspect::kColors) {
@@ -47,6 +65,12 @@ void PanelPeer::Show(Aspect aspect) {
 LRESULT PanelPeer::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   if (const auto answer = Reflect(message, wParam, lParam)) return *answer;
   switch (message) {
+    case kHide:
+      if (!control_.Visible()) Hide();
+      return 0;
+    case WM_SETFOCUS:
+      PassFocusIn();
+      return 0;
     case WM_ERASEBKGND: {
       RECT inner;
       GetClientRect(Window(), &inner);
@@ -61,6 +85,10 @@ LRESULT PanelPeer::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       break;
   }
   return PassOn(message, wParam, lParam);
+}
+
+void PanelPeer::PassFocusIn() const {
+  if (const HWND first = FirstTabStop(Window())) ::SetFocus(first);
 }
 
 void PanelPeer::Paint() {

@@ -14,7 +14,7 @@ struct Surroundings {
   explicit Surroundings(const std::function<void()>& onSessionEnd) : sessionEnd(onSessionEnd) {}
 
   Win32Screen screen;
-  Fonts fonts{screen.DotsPerInch()};
+  Fonts fonts;
   Brushes brushes;
   SessionEnd sessionEnd;
   UtilityWindow utility{sessionEnd};

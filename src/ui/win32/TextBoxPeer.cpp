@@ -76,7 +76,7 @@ void TextBoxPeer::ReadSelection() {
   box_.UserSelection(static_cast<std::int32_t>(begin), static_cast<std::int32_t>(end - begin));
 }
 
-void TextBoxPeer::OnCommand(WORD code) {
+void TextBoxPeer::OnCommand(WORD code, WORD) {
   if (code != EN_CHANGE || writing_) return;
   std::string text(Send<std::size_t>(WM_GETTEXTLENGTH) + 1, '\0');
   text.resize(Send<std::size_t>(WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data())));

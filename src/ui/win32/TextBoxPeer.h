@@ -15,8 +15,8 @@ class TextBoxPeer : public ChildPeer<> {
  protected:
   void Show(Aspect aspect) override;
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
-  void OnCommand(WORD code) override;
-  int SystemGround() const override { return COLOR_WINDOW; }
+  void OnCommand(WORD code, WORD id) override;
+  COLORREF DefaultGround() const override { return GetSysColor(COLOR_WINDOW); }
 
  private:
   void ShowSelection();

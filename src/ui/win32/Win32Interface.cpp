@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <commctrl.h>
+#include <objbase.h>
 
 #include "ui/win32/Surroundings.h"
 #include "ui/win32/Win32Clipboard.h"
@@ -21,11 +22,26 @@ void LetThrough(UINT message) {
   if (filter) filter(message, MSGFLT_ADD);
 }
 
+/// Pictures are read by the machine's codecs, which are COM objects.
+class Apartment {
+ public:
+  Apartment() : result_(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE)) {}
+  ~Apartment() {
+    if (SUCCEEDED(result_)) CoUninitialize();
+  }
+  Apartment(const Apartment&) = delete;
+  Apartment& operator=(const Apartment&) = delete;
+
+ private:
+  HRESULT result_;
+};
+
 }  // namespace
 
 struct Win32Interface::Parts {
   explicit Parts(const std::function<void()>& onSessionEnd) : surroundings(onSessionEnd) {}
 
+  Apartment apartment;
   Surroundings surroundings;
   Win32Toolkit toolkit{surroundings};
   Win32Dialogs dialogs{surroundings};

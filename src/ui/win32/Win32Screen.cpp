@@ -4,43 +4,28 @@
 
 namespace ui::win32 {
 
-Win32Screen::Win32Screen() {
-  const HDC screen = GetDC(nullptr);
-  dotsX_ = GetDeviceCaps(screen, LOGPIXELSX);
-  dotsY_ = GetDeviceCaps(screen, LOGPIXELSY);
-  ReleaseDC(nullptr, screen);
-}
-
 Win32Screen::~Win32Screen() {
-  for (const Icons* icons : {&small_, &large_}) {
-    for (const auto& [name, icon] : *icons) {
-      if (icon) DestroyIcon(icon);
-    }
+  for (const auto& [key, icon] : icons_) {
+    if (icon) DestroyIcon(icon);
   }
 }
 
 std::uintptr_t Win32Screen::SmallIcon(const PictureRef& picture) {
-  return reinterpret_cast<std::uintptr_t>(
-      Load(small_, picture, GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON)));
+  return reinterpret_cast<std::uintptr_t>(Icon(picture, GetSystemMetrics(SM_CXSMICON)));
 }
 
 HICON Win32Screen::LargeIcon(const PictureRef& picture) {
-  return Load(large_, picture, GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON));
+  return Icon(picture, GetSystemMetrics(SM_CXICON));
 }
 
-RECT Win32Screen::Pixels(const Bounds& bounds) const {
-  return {PixelsX(bounds.left), PixelsY(bounds.top), PixelsX(bounds.left + bounds.width),
-          PixelsY(bounds.top + bounds.height)};
-}
-
-HICON Win32Screen::Load(Icons& icons, const PictureRef& picture, int width, int height) {
-  if (!picture || picture->resource.empty()) return nullptr;
-  const auto found = icons.find(picture->resource);
-  if (found != icons.end()) return found->second;
-  const auto icon = static_cast<HICON>(
-      LoadImageA(ThisModule(), picture->resource.c_str(), IMAGE_ICON, width, height, LR_DEFAULTCOLOR));
-  icons.emplace(picture->resource, icon);
-  return icon;
+HICON Win32Screen::Icon(const PictureRef& picture, int side) {
+  if (!picture || picture->resource.empty() || side <= 0) return nullptr;
+  const auto [place, added] = icons_.try_emplace({picture->resource, side}, nullptr);
+  if (added) {
+    place->second = static_cast<HICON>(
+        LoadImageA(ThisModule(), picture->resource.c_str(), IMAGE_ICON, side, side, LR_DEFAULTCOLOR));
+  }
+  return place->second;
 }
 
 }  // namespace ui::win32

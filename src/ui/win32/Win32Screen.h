@@ -4,9 +4,10 @@
 
 #include <map>
 #include <string>
+#include <utility>
 
-#include "ui/Geometry.h"
 #include "ui/Toolkit.h"
+#include "ui/win32/Scale.h"
 
 namespace ui::win32 {
 
@@ -17,31 +18,21 @@ constexpr float TwipsPerPixel(int dotsPerInch) {
 
 class Win32Screen : public Screen {
  public:
-  Win32Screen();
   ~Win32Screen() override;
 
-  float TwipsPerPixelX() const override { return TwipsPerPixel(dotsX_); }
-  float TwipsPerPixelY() const override { return TwipsPerPixel(dotsY_); }
+  float TwipsPerPixelX() const override { return TwipsPerPixel(scale_.DotsPerInch()); }
+  float TwipsPerPixelY() const override { return TwipsPerPixel(scale_.DotsPerInch()); }
   /// A picture that isn't among the program's own icons has none.
   std::uintptr_t SmallIcon(const PictureRef& picture) override;
   HICON LargeIcon(const PictureRef& picture);
-
-  int DotsPerInch() const { return dotsY_; }
-  /// The nearest pixel; edges that coincide in twips coincide in pixels.
-  int PixelsX(Twips twips) const { return MulDiv(twips, dotsX_, 1440); }
-  int PixelsY(Twips twips) const { return MulDiv(twips, dotsY_, 1440); }
-  Twips TwipsX(int pixels) const { return MulDiv(pixels, 1440, dotsX_); }
-  Twips TwipsY(int pixels) const { return MulDiv(pixels, 1440, dotsY_); }
-  RECT Pixels(const Bounds& bounds) const;
+  /// The picture in the form that is drawn for that many pixels each way, or the nearest scaled to it. Null
+  /// for none; kept as long as the screen.
+  HICON Icon(const PictureRef& picture, int side);
 
  private:
-  using Icons = std::map<std::string, HICON, std::less<>>;
-  static HICON Load(Icons& icons, const PictureRef& picture, int width, int height);
-
-  int dotsX_;
-  int dotsY_;
-  Icons small_;
-  Icons large_;
+  Scale scale_ = Scale::OfScreen();
+  /// By name and side.
+  std::map<std::pair<std::string, int>, HICON> icons_;
 };
 
 }  // namespace ui::win32

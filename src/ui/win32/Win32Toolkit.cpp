@@ -4,19 +4,27 @@
 #include "ui/CheckBox.h"
 #include "ui/Choice.h"
 #include "ui/Form.h"
+#include "ui/Image.h"
 #include "ui/Label.h"
 #include "ui/ListView.h"
+#include "ui/RichTextBox.h"
 #include "ui/TextBox.h"
 #include "ui/Timer.h"
+#include "ui/ToolBar.h"
+#include "ui/TreeView.h"
 #include "ui/win32/ButtonPeer.h"
 #include "ui/win32/ChoicePeer.h"
 #include "ui/win32/FormPeer.h"
+#include "ui/win32/ImagePeer.h"
 #include "ui/win32/LabelPeer.h"
 #include "ui/win32/NativeListView.h"
 #include "ui/win32/PanelPeer.h"
+#include "ui/win32/RichTextBoxPeer.h"
 #include "ui/win32/Surroundings.h"
 #include "ui/win32/TextBoxPeer.h"
 #include "ui/win32/TimerPeer.h"
+#include "ui/win32/ToolBarPeer.h"
+#include "ui/win32/TreeViewPeer.h"
 
 namespace ui::win32 {
 namespace {
@@ -56,6 +64,14 @@ std::unique_ptr<Peer> Win32Toolkit::CreatePeer(Control& control) {
       return std::make_unique<ChoicePeer>(static_cast<Choice&>(control), surroundings_);
     case Kind::kListView:
       return std::make_unique<NativeListView>(static_cast<ListView&>(control), surroundings_);
+    case Kind::kTreeView:
+      return std::make_unique<TreeViewPeer>(static_cast<TreeView&>(control), surroundings_);
+    case Kind::kRichTextBox:
+      return std::make_unique<RichTextBoxPeer>(static_cast<RichTextBox&>(control), surroundings_);
+    case Kind::kImage:
+      return std::make_unique<ImagePeer>(static_cast<Image&>(control), surroundings_);
+    case Kind::kToolBar:
+      return std::make_unique<ToolBarPeer>(static_cast<ToolBar&>(control), surroundings_);
     case Kind::kTimer:
       return std::make_unique<TimerPeer>(static_cast<Timer&>(control), surroundings_.utility);
     default:

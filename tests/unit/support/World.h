@@ -44,8 +44,10 @@ class FakeProcess : public platform::Process {
  public:
   std::string path = "C:\\Programs\\Harbourline\\Harbourline.exe";
   bool earlierInstance = false;
+  std::string currentFolder = "C:\\Users\\Somebody";
   std::string ExecutablePath() override { return path; }
   bool EarlierInstanceRuns() override { return earlierInstance; }
+  std::string CurrentFolder() override { return currentFolder; }
 };
 
 class FakeNetwork : public platform::Network {

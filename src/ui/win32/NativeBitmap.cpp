@@ -1,0 +1,121 @@
+#include "ui/win32/NativeBitmap.h"
+
+#include <wincodec.h>
+
+#include <algorithm>
+#include <span>
+#include <utility>
+
+#include "platform/win32/ComPointer.h"
+#include "ui/win32/OwnWindow.h"
+
+namespace ui::win32 {
+namespace {
+
+using platform::win32::ComPointer;
+
+/// The bytes of the picture's file, which live as long as the picture and the program.
+std::span<const BYTE> FileOf(const Picture& picture) {
+  if (picture.resource.empty()) {
+    return {reinterpret_cast<const BYTE*>(picture.bitmapFile.data()), picture.bitmapFile.size()};
+  }
+  const HRSRC found =
+      FindResourceA(ThisModule(), picture.resource.c_str(), reinterpret_cast<LPCSTR>(RT_RCDATA));
+  const HGLOBAL loaded = found ? LoadResource(ThisModule(), found) : nullptr;
+  if (!loaded) return {};
+  return {static_cast<const BYTE*>(LockResource(loaded)), SizeofResource(ThisModule(), found)};
+}
+
+/// The largest size of those proportions that fits into the box.
+SIZE Fit(UINT width, UINT height, SIZE box) {
+  const LONG byHeight = MulDiv(static_cast<int>(width), box.cy, static_cast<int>(height));
+  if (byHeight <= box.cx) return {byHeight, box.cy};
+  return {box.cx, MulDiv(static_cast<int>(height), box.cx, static_cast<int>(width))};
+}
+
+ComPointer<IWICBitmapSource> Decode(IWICImagingFactory& factory, std::span<const BYTE> file) {
+  ComPointer<IWICStream> stream;
+  ComPointer<IWICBitmapDecoder> decoder;
+  ComPointer<IWICBitmapFrameDecode> frame;
+  if (FAILED(factory.CreateStream(stream.Put())) ||
+      FAILED(stream->InitializeFromMemory(const_cast<BYTE*>(file.data()), static_cast<DWORD>(file.size()))) ||
+      FAILED(factory.CreateDecoderFromStream(stream.Get(), nullptr, WICDecodeMetadataCacheOnDemand,
+                                             decoder.Put())) ||
+      FAILED(decoder->GetFrame(0, frame.Put()))) {
+    return {};
+  }
+  return ComPointer<IWICBitmapSource>::Query(frame.Get(), IID_IWICBitmapSource);
+}
+
+/// The source in the size and as 32 bits a pixel.
+ComPointer<IWICBitmapSource> Convert(IWICImagingFactory& factory, IWICBitmapSource& source, SIZE size) {
+  ComPointer<IWICFormatConverter> converter;
+  ComPointer<IWICBitmapScaler> scaler;
+  if (FAILED(factory.CreateFormatConverter(converter.Put())) ||
+      FAILED(converter->Initialize(&source, GUID_WICPixelFormat32bppBGR, WICBitmapDitherTypeNone, nullptr, 0,
+                                   WICBitmapPaletteTypeCustom)) ||
+      FAILED(factory.CreateBitmapScaler(scaler.Put())) ||
+      FAILED(scaler->Initialize(converter.Get(), static_cast<UINT>(size.cx), static_cast<UINT>(size.cy),
+                                WICBitmapInterpolationModeFant))) {
+    return {};
+  }
+  return ComPointer<IWICBitmapSource>::Query(scaler.Get(), IID_IWICBitmapSource);
+}
+
+HBITMAP CopyPixels(IWICBitmapSource& source, SIZE size) {
+  BITMAPINFO info{};
+  info.bmiHeader.biSize = sizeof info.bmiHeader;
+  info.bmiHeader.biWidth = size.cx;
+  // The first row is the topmost.
+  info.bmiHeader.biHeight = -size.cy;
+  info.bmiHeader.biPlanes = 1;
+  info.bmiHeader.biBitCount = 32;
+  void* pixels = nullptr;
+  const HBITMAP bitmap = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &pixels, nullptr, 0);
+  const auto row = static_cast<UINT>(size.cx) * 4;
+  const UINT all = row * static_cast<UINT>(size.cy);
+  if (bitmap && FAILED(source.CopyPixels(nullptr, row, all, static_cast<BYTE*>(pixels)))) {
+    DeleteObject(bitmap);
+    return nullptr;
+  }
+  return bitmap;
+}
+
+}  // namespace
+
+NativeBitmap::NativeBitmap(const Picture& picture, SIZE box) {
+  const std::span<const BYTE> file = FileOf(picture);
+  ComPointer<IWICImagingFactory> factory;
+  if (file.empty() || FAILED(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER,
+                                              IID_IWICImagingFactory, factory.PutVoid()))) {
+    return;
+  }
+  const ComPointer<IWICBitmapSource> source = Decode(*factory.Get(), file);
+  UINT width = 0;
+  UINT height = 0;
+  if (!source || FAILED(source->GetSize(&width, &height)) || width == 0 || height == 0) return;
+  size_ = Fit(width, height, box);
+  if (size_.cx <= 0 || size_.cy <= 0) return;
+  const ComPointer<IWICBitmapSource> fitted = Convert(*factory.Get(), *source.Get(), size_);
+  if (fitted) handle_ = CopyPixels(*fitted.Get(), size_);
+}
+
+NativeBitmap::NativeBitmap(NativeBitmap&& other) noexcept
+    : handle_(std::exchange(other.handle_, nullptr)), size_(other.size_) {}
+
+NativeBitmap& NativeBitmap::operator=(NativeBitmap&& other) noexcept {
+  std::swap(handle_, other.handle_);
+  std::swap(size_, other.size_);
+  return *this;
+}
+
+NativeBitmap::~NativeBitmap() {
+  if (handle_) DeleteObject(handle_);
+}
+
+bool IsIcon(const Picture& picture) {
+  return !picture.resource.empty() && FindResourceA(ThisModule(), picture.resource.c_str(),
+                                                    reinterpret_cast<LPCSTR>(RT_GROUP_ICON)) != nullptr;
+}
+
+}  // namespace ui::win32
