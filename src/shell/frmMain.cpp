@@ -30,8 +30,8 @@ frmMain::frmMain()
     : Form("frmMain", "Harbourline", Style{}, 8880, 5895),
       tvCategories(this, "tvCategories"),
       framConfig(this, "framConfig"),
+      imgChickens(&framConfig, "imgChickens", ui::ResourcePicture("CHICKENS")),
       lblTitle(&framConfig, "lblTitle"),
-      imgChickens(&framConfig, "imgChickens"),
       rtGeneral(&framConfig, "rtGeneral"),
       ctlHelp_(&framConfig, "ctlHelp"),
       ctlSetupWizard_(&framConfig, "ctlSetupWizard"),
@@ -73,6 +73,7 @@ frmMain::frmMain()
 
 frmMain::~frmMain() {
   Guarded("Unload", [this] { Unload(); });
+  frmWizard::Shared().RouterSelected.Disconnect(this);
 }
 
 frmMain::State::State() {
@@ -93,6 +94,8 @@ void frmMain::LoadPictures() {
     if (position == kNotConnectedFlash) key = "NotConnectedFlash";
     ilNetLights.Add(ui::ResourcePicture("NETLIGHT" + number), key);
   }
+  ilToolbar.Add(ui::ResourcePicture("ACCEPT"), "Apply");
+  ilToolbar.Add(ui::ResourcePicture("CANCEL"), "Cancel");
 }
 
 void frmMain::ConnectEvents() {
@@ -100,6 +103,7 @@ void frmMain::ConnectEvents() {
   ctlRouter.ChangedRouterSlected.Connect<&frmMain::ctlRouter_ChangedRouterSlected>(this);
   ctlMapProfile_.ProfileChange.Connect<&frmMain::ctlMapProfile_ProfileChange>(this);
   ctlHelp_.Help.Connect<&frmMain::mnuHelp_Click>(this);
+  frmWizard::Shared().RouterSelected.Connect<&frmMain::RouterSelected>(this);
   ctlSysTray_.RightButtonClick.Connect<&frmMain::ShowTrayMenu>(this);
   ctlSysTray_.LeftButtonDoubleClick.Connect<&frmMain::mnuSetup_Click>(this);
   ctlSysTray_.RightButtonDoubleClick.Connect<&frmMain::mnuSetup_Click>(this);

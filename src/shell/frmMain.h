@@ -99,8 +99,9 @@ class frmMain : public ui::Form {
   State m_State;
   ui::TreeView tvCategories;
   ui::Frame framConfig;
-  ui::Label lblTitle;
+  // Before the title, which fills the frame: of two that overlap, the first one is in front.
   ui::Image imgChickens;
+  ui::Label lblTitle;
   ui::RichTextBox rtGeneral;
   ctlHelp ctlHelp_;
   ctlSetupWizard ctlSetupWizard_;
@@ -114,6 +115,7 @@ class frmMain : public ui::Form {
   ctlSysTray ctlSysTray_;
   ui::Timer timerNetLights;
   ui::SocketControl winSock;
+  ui::ImageList ilToolbar;
   ui::ImageList ilNetLights;
   NetLights m_NetLights;
 

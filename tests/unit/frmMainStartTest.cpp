@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "base/Error.h"
+#include "setup/frmWizard.h"
 #include "shell/frmMain.h"
 #include "shell/frmSplash.h"
 #include "support/Shell.h"
@@ -123,6 +124,7 @@ TEST_F(frmMainStartTest, AVersionThatDiffersIgnoresTheStoredRouterAndKeepsThePro
   SelectRouter();
   Store("Version", "0.0.1");
   StoreProfile(1, "Game", true);
+  world.toolkit.whenIdle = [] { frmWizard::Shared().Unload(); };
   Start();
   EXPECT_FALSE(g_Registry->RouterValid());
   EXPECT_EQ(g_Registry->ccMapProfiles().Count(), 1u);
