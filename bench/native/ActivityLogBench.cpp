@@ -108,6 +108,7 @@ class World {
     std::string path;
     std::string ExecutablePath() override { return path; }
     bool EarlierInstanceRuns() override { return false; }
+    std::string CurrentFolder() override { return {}; }
   };
   struct Clock : platform::Clock {
     platform::DateTime Now() override { return {2026, 11, 20, 23, 22, 22}; }

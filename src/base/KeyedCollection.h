@@ -44,6 +44,8 @@ class KeyedCollection {
   }
 
   const Item& Get(std::string_view key) const { return *Find(key)->second; }
+  /// Where the item stands in the order; fails as Get does.
+  const_iterator PlaceOf(std::string_view key) const { return Find(key)->second; }
   bool Contains(std::string_view key) const { return index_.contains(key); }
   const Item* TryGet(std::string_view key) const {
     const auto found = index_.find(key);

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <span>
 #include <string>
@@ -61,8 +63,15 @@ class TextFileWriter {
       WriteThrough(text);
       return;
     }
-    text.copy(buffer_.get() + size_, text.size());
+    Copy(text, buffer_.get() + size_);
     size_ += text.size();
+  }
+  /// In decimal.
+  void WriteNumber(std::int32_t number) {
+    constexpr std::size_t kLongest = 11;
+    if (kLongest > kCapacity - size_) Flush();
+    char* const out = buffer_.get() + size_;
+    size_ += static_cast<std::size_t>(std::to_chars(out, out + kLongest, number).ptr - out);
   }
   void WriteLine(std::string_view text = {}) {
     Write(text);
@@ -75,6 +84,29 @@ class TextFileWriter {
 
  private:
   static constexpr std::size_t kCapacity = 64 * 1024;
+
+  /// Most texts are short. Such a one is copied by its first and its last bytes, a fixed number of each,
+  /// which may overlap: that costs less than to call a copy for any length.
+  static void Copy(std::string_view text, char* out) {
+    if (text.size() > 32) {
+      std::memcpy(out, text.data(), text.size());
+    } else if (text.size() >= 16) {
+      CopyEnds<16>(text, out);
+    } else if (text.size() >= 8) {
+      CopyEnds<8>(text, out);
+    } else if (text.size() >= 4) {
+      CopyEnds<4>(text, out);
+    } else if (text.size() >= 2) {
+      CopyEnds<2>(text, out);
+    } else if (!text.empty()) {
+      *out = text.front();
+    }
+  }
+  template <std::size_t count>
+  static void CopyEnds(std::string_view text, char* out) {
+    std::memcpy(out, text.data(), count);
+    std::memcpy(out + text.size() - count, text.data() + text.size() - count, count);
+  }
 
   void WriteThrough(std::string_view text);
   void Flush();

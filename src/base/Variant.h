@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -21,6 +22,11 @@ using ObjectRef = std::shared_ptr<Object>;
 class Variant;
 struct Array;
 using ArrayRef = std::shared_ptr<Array>;
+
+template <typename T>
+inline constexpr bool kIsPlain =
+    std::is_same_v<T, std::string> || std::is_same_v<T, std::int16_t> || std::is_same_v<T, std::int32_t> ||
+    std::is_same_v<T, double> || std::is_same_v<T, bool>;
 
 /// A value whose kind is known only when the program runs.
 /// An Array is shared, not copied, when its Variant is copied.
@@ -42,6 +48,18 @@ class Variant {
   template <typename T>
   requires std::is_base_of_v<Object, T> Variant(std::shared_ptr<T> object)
       : value_(ObjectRef(std::move(object))) {}
+
+  /// As the constructors, but an empty Variant takes the value without another Variant in between: an export
+  /// asks for millions.
+  template <typename T>
+  requires kIsPlain<std::remove_cvref_t<T>> Variant& operator=(T&& plain) {
+    if (IsEmpty()) {
+      value_.template emplace<std::remove_cvref_t<T>>(std::forward<T>(plain));
+    } else {
+      value_ = std::forward<T>(plain);
+    }
+    return *this;
+  }
 
   bool IsEmpty() const { return std::holds_alternative<std::monostate>(value_); }
   bool IsText() const { return std::holds_alternative<std::string>(value_); }

@@ -70,8 +70,10 @@ void CXML::WriteHeader(base::TextFileWriter& file) const {
   for (std::size_t i = 0; i < names_->attributes_.size(); ++i) {
     file.Write(names_->assignments_[i]);
     const base::Variant value = Value(names_->attributes_[i]);
-    if (value.IsText()) {
-      WriteQuoted(file, std::get<std::string>(value.Get()));
+    if (const auto* const text = std::get_if<std::string>(&value.Get())) {
+      WriteQuoted(file, *text);
+    } else if (const auto* const number = std::get_if<std::int32_t>(&value.Get())) {
+      file.WriteNumber(*number);
     } else {
       file.Write(base::ToText(value));
     }

@@ -28,7 +28,12 @@ void CRegistry::ExportByKeys(const std::string& sFullPathName, std::span<const s
   sTransferMessage = "Export Complete Successfully";
   std::optional<base::TextFileWriter> file;
   if (!Open(file, sFullPathName)) return;
-  for (const std::string& sKey : sProfileKeys) m_ccMapProfiles.Get(sKey)->WriteXML(*file);
+  // The keys mostly come in the order of the list, so the next one is looked for behind the one before.
+  auto place = m_ccMapProfiles.begin();
+  for (const std::string& sKey : sProfileKeys) {
+    if (place == m_ccMapProfiles.end() || (*place)->sKey() != sKey) place = m_ccMapProfiles.PlaceOf(sKey);
+    (*place++)->WriteXML(*file);
+  }
   file->Close();
   ui::ShowMessage(sTransferMessage, ui::MessageIcon::kInformation);
 }

@@ -31,7 +31,7 @@ std::int32_t QueryText(platform::RegistryKey lKey, const std::string& sValueName
   std::uint32_t type = kRegSz;
   const std::int32_t code = Registry().QueryValueEx(lKey, sValueName, type, buffer.data(), size);
   if (code != 0) {
-    vValue = {};
+    vValue = base::Variant();
     return code;
   }
   buffer.resize(std::min<std::size_t>(buffer.size(), size));

@@ -8,6 +8,7 @@
 #include "base/Conversions.h"
 #include "base/Error.h"
 #include "settings/CRegistry.h"
+#include "support/WithoutRights.h"
 #include "support/World.h"
 
 namespace {
@@ -96,6 +97,19 @@ TEST_F(ExchangeTest, TheExportHoldsTheProfilesOfTheKeysInTheirOrder) {
       " Description=\"\" WindowTitle=\"\" WindowClass=\"\" AutoActivate=False Enabled=False>\r\n"
       "</MapProfile>\r\n";
   EXPECT_EQ(Export({keys[2], keys[0]}), "<MapProfile Name=\"C\"" + rest + "<MapProfile Name=\"A\"" + rest);
+}
+
+TEST_F(ExchangeTest, TheExportHoldsAProfileAsOftenAsItsKeyComes) {
+  Import(
+      "<MapProfile Name=\"A\">\r\n</MapProfile>\r\n<MapProfile Name=\"B\">\r\n</MapProfile>\r\n"
+      "<MapProfile Name=\"C\">\r\n</MapProfile>\r\n<MapProfile Name=\"D\">\r\n</MapProfile>\r\n");
+  std::vector<std::string> keys;
+  for (const auto& profile : registry.ccMapProfiles()) keys.push_back(profile->sKey());
+  const std::string file = Export({keys[1], keys[3], keys[3], keys[0], keys[1], keys[2], keys[3]});
+  std::string names;
+  for (std::size_t at = file.find(" Name=\""); at != file.npos; at = file.find(" Name=\"", at + 1))
+    names += file[at + 7];
+  EXPECT_EQ(names, "BDDABCD");
 }
 
 TEST_F(ExchangeTest, AnExportOfNothingIsAnEmptyFileThatReplacesTheOldOne) {
@@ -253,6 +267,12 @@ TEST_F(ExchangeTest, AFileThatEndsInTheMiddleOfAQuoteKeepsWhatCameBefore) {
   EXPECT_EQ(OnlyMapping().lBeginPort(), 80);
 }
 
+TEST_F(ExchangeTest, AFileThatEndsInTheMiddleOfAQuoteOfAProfileKeepsWhatCameBeforeToo) {
+  EXPECT_EQ(Import("<MapProfile Description=\"d\" Name=\"abc"), kUnparsed);
+  EXPECT_EQ(Only().sDescription, "d");
+  EXPECT_EQ(Only().sName, "");
+}
+
 TEST_F(ExchangeTest, APositionBeyond32767FailsThatElementAndNotTheImport) {
   const std::string wide(40000, 'w');
   EXPECT_EQ(Import("<MapProfile Name=\"a\" Description=\"" + wide + "\" Enabled=True>\r\n" +
@@ -282,6 +302,27 @@ TEST_F(ExchangeTest, ALineOfManyMegabytesIsSkipped) {
   EXPECT_THAT(Names(), ElementsAre("a"));
 }
 
+TEST_F(ExchangeTest, ALineOfManyMegabytesMayStandAnywhere) {
+  const std::string wide(5 * 1024 * 1024, 'w');
+  EXPECT_EQ(Import("<MapProfile Name=\"a\" Description=\"" + wide +
+                   "\">\r\n<Mapping BeginPort=80>\r\n</Mapping>\r\n</MapProfile>\r\n"),
+            kUnparsed);
+  EXPECT_EQ(ImportMappings("<Mapping Description=\"" + wide + "\">\r\n</Mapping>\r\n"), kUnparsed);
+  EXPECT_EQ(ImportMappings("<Mapping BeginPort=80>\r\n" + wide + "\r\n"), kPortions);
+  EXPECT_EQ(Import(wide + "<MapProfile Name=\"x\">"), kSuccess);
+  EXPECT_THAT(Names(), ElementsAre("a", "p", "p(1)"));
+}
+
+TEST_F(ExchangeTest, EveryByteBelongsToAValueButTheQuoteAndTheLineFeed) {
+  std::string sText;
+  for (int byte = 0; byte < 256; ++byte) {
+    if (byte != '"' && byte != '\n') sText += static_cast<char>(byte);
+  }
+  EXPECT_EQ(Import("<MapProfile Name=\"a\" Description=\"" + sText + "\" WindowTitle=\"t\">\r\n"), kSuccess);
+  EXPECT_EQ(Only().sDescription, sText);
+  EXPECT_EQ(Only().sWindowTitle, "t");
+}
+
 TEST_F(ExchangeTest, AFileThatCannotBeOpenedIsToldAndNoProfileEnters) {
   const std::string sPath = world.folder.PathOf("missing.prf");
   registry.Import(sPath);
@@ -298,7 +339,53 @@ TEST_F(ExchangeTest, AFolderInPlaceOfAFileIsTold) {
   EXPECT_EQ(TakeMessage(ui::MessageIcon::kWarning), "Unable to open file " + sPath);
 }
 
+TEST_F(ExchangeTest, APathThatLeadsNowhereIsToldAndTheListStaysAsItIs) {
+  Import(kWholeFile);
+  for (const std::string& sPath : {std::string(), world.folder.Path() + "/no/such/folder/a.prf",
+                                   world.folder.PathOf(std::string(100'000, 'n'))}) {
+    registry.Import(sPath);
+    EXPECT_EQ(TakeMessage(ui::MessageIcon::kWarning), "Unable to open file " + sPath);
+    registry.ExportByKeys(sPath, std::vector<std::string>{Only().sKey()});
+    EXPECT_EQ(TakeMessage(ui::MessageIcon::kWarning), "Unable to open file " + sPath);
+  }
+  EXPECT_EQ(ExportAll(), kWholeFile);
+}
+
+TEST_F(ExchangeTest, AnImportAfterOneThatFailedStartsAfresh) {
+  registry.Import(world.folder.PathOf("missing.prf"));
+  TakeMessage(ui::MessageIcon::kWarning);
+  EXPECT_EQ(Import(kWholeFile), kSuccess);
+  EXPECT_EQ(ExportAll(), kWholeFile);
+}
+
 #ifdef __linux__
+TEST_F(ExchangeTest, AFileThatMayNotBeReadIsTold) {
+  world.folder.Write("secret.prf", kWholeFile);
+  const std::string sPath = world.folder.PathOf("secret.prf");
+  const support::WithoutRights rights(sPath, support::WithoutRights::To::kReadAndWrite);
+  registry.Import(sPath);
+  EXPECT_EQ(TakeMessage(ui::MessageIcon::kWarning), "Unable to open file " + sPath);
+  EXPECT_THAT(Names(), IsEmpty());
+}
+
+TEST_F(ExchangeTest, AFileThatCanBeOpenedButNotReadIsTold) {
+  registry.Import("/proc/self/mem");
+  EXPECT_EQ(TakeMessage(ui::MessageIcon::kWarning), "Unable to open file /proc/self/mem");
+  EXPECT_THAT(Names(), IsEmpty());
+}
+
+TEST_F(ExchangeTest, AFileThatMayNotBeWrittenIsToldAndKeepsWhatItHolds) {
+  Import(kWholeFile);
+  world.folder.Write("kept.prf", "kept");
+  const std::string sPath = world.folder.PathOf("kept.prf");
+  {
+    const support::WithoutRights rights(sPath, support::WithoutRights::To::kWrite);
+    registry.ExportByKeys(sPath, std::vector<std::string>{Only().sKey()});
+  }
+  EXPECT_EQ(TakeMessage(ui::MessageIcon::kWarning), "Unable to open file " + sPath);
+  EXPECT_EQ(world.folder.Read("kept.prf"), "kept");
+}
+
 TEST_F(ExchangeTest, AFullDiskFailsTheExportWithoutASuccessMessage) {
   Import(kWholeFile);
   EXPECT_THROW(registry.ExportByKeys("/dev/full", std::vector<std::string>{Only().sKey()}), base::Error);

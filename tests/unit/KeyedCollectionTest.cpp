@@ -39,6 +39,17 @@ TEST(KeyedCollection, KeepsTheOrderOfInsertion) {
   EXPECT_EQ(texts.Count(), 3u);
 }
 
+TEST(KeyedCollection, TellsWhereAnItemStands) {
+  Texts texts;
+  texts.Add("a", "A");
+  texts.Add("b", "B");
+  texts.Add("c", "C");
+  auto place = texts.PlaceOf("B");
+  EXPECT_EQ(*place++, "b");
+  EXPECT_EQ(*place++, "c");
+  EXPECT_EQ(place, texts.end());
+}
+
 TEST(KeyedCollection, InsertsBeforeAKey) {
   Texts texts;
   texts.Add("b", "B");
@@ -78,6 +89,7 @@ TEST(KeyedCollection, LetsGoOfTheItemWhoseKeyIsTaken) {
 TEST(KeyedCollection, FailsForAnUnknownKey) {
   Texts texts;
   EXPECT_EQ(FailureOf([&] { texts.Get("x"); }), base::ErrorNumber::kKeyUnknown);
+  EXPECT_EQ(FailureOf([&] { texts.PlaceOf("x"); }), base::ErrorNumber::kKeyUnknown);
   EXPECT_EQ(FailureOf([&] { texts.Remove("x"); }), base::ErrorNumber::kKeyUnknown);
   EXPECT_EQ(texts.TryGet("x"), nullptr);
 }

@@ -10,6 +10,7 @@
 #include "base/Conversions.h"
 #include "base/Error.h"
 #include "support/TemporaryFolder.h"
+#include "support/WithoutRights.h"
 
 namespace {
 
@@ -56,6 +57,13 @@ TEST_F(PortDefinitionsFile, LosesALastPortWithoutADescription) {
   Read("80\r\nmy web\r\n8080\r\n");
   EXPECT_EQ(definitions.Count(), 1u);
   EXPECT_EQ(Of(8080), "-");
+}
+
+TEST_F(PortDefinitionsFile, DefinesNothingWithOneLineAlone) {
+  for (const std::string_view bytes : {"80", "80\r\n", "80\n", "\n", "\r"}) {
+    Read(bytes);
+    EXPECT_TRUE(definitions.IsEmpty()) << bytes;
+  }
 }
 
 TEST_F(PortDefinitionsFile, KeepsALastPortWhoseDescriptionIsAnEmptyLine) {
@@ -124,6 +132,22 @@ TEST_F(PortDefinitionsFile, IsAFailureWhenAFolderStandsInItsPlace) {
   EXPECT_EQ(FailureOfReading(), base::ErrorNumber::kPathAccess);
   EXPECT_TRUE(definitions.IsEmpty());
 }
+
+#ifdef __linux__
+TEST_F(PortDefinitionsFile, IsAFailureWhenItMayNotBeRead) {
+  folder.Write("Ports.dat", "80\r\nweb\r\n");
+  const support::WithoutRights rights(folder.PathOf("Ports.dat"), support::WithoutRights::To::kReadAndWrite);
+  EXPECT_EQ(FailureOfReading(), base::ErrorNumber::kPathAccess);
+  EXPECT_TRUE(definitions.IsEmpty());
+}
+
+TEST_F(PortDefinitionsFile, IsReadWhereNothingMayBeWritten) {
+  folder.Write("Ports.dat", "80\r\nweb\r\n");
+  const support::WithoutRights rights(folder.Path(), support::WithoutRights::To::kWrite);
+  EXPECT_EQ(FailureOfReading(), 0);
+  EXPECT_EQ(Of(80), "web");
+}
+#endif
 
 TEST_F(PortDefinitionsFile, MayDefineManyPorts) {
   std::string bytes;

@@ -225,6 +225,22 @@ TEST_F(TextFileTest, WritesTextsOfEverySizeInOrder) {
   EXPECT_EQ(folder.Read("out"), expected);
 }
 
+TEST_F(TextFileTest, WritesShortTextsAndNumbersWhereverTheBufferEnds) {
+  std::string expected;
+  base::TextFileWriter file(folder.PathOf("out"));
+  for (std::size_t i = 0; i < 20'000; ++i) {
+    std::string text;
+    for (std::size_t at = 0; at < i % 40; ++at) text += static_cast<char>('a' + (i + at) % 26);
+    const std::int32_t number = i % 3 == 0 ? -2147483647 - 1 : static_cast<std::int32_t>(i * i);
+    file.Write(text);
+    file.WriteNumber(number);
+    expected += text + std::to_string(number);
+  }
+  for (const std::int32_t number : {0, -1, 2147483647}) file.WriteNumber(number);
+  file.Close();
+  EXPECT_EQ(folder.Read("out"), expected + "0-12147483647");
+}
+
 TEST_F(TextFileTest, WritesWhatIsLeftWhenItIsNotClosed) {
   { base::TextFileWriter(folder.PathOf("out")).WriteLine("kept"); }
   EXPECT_EQ(folder.Read("out"), "kept\r\n");

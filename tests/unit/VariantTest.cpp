@@ -35,6 +35,43 @@ TEST(Variant, KeepsTheKindOfWhatItHolds) {
   EXPECT_TRUE(Variant(base::MakeArray(base::ElementType::kText, 0, {})).IsArray());
 }
 
+/// Puts the value into an empty Variant and in place of each other kind.
+template <typename Value>
+void ExpectTaken(const Value& assigned, const std::string& text) {
+  using Taken = std::remove_cvref_t<Value>;
+  for (Variant value :
+       {Variant(), Variant("old"), Variant(std::int16_t{7}), Variant(7), Variant(7.5), Variant(true),
+        Variant(base::ObjectRef()), Variant(base::MakeArray(base::ElementType::kText, 0, {"x"}))}) {
+    value = assigned;
+    EXPECT_TRUE(std::holds_alternative<Taken>(value.Get())) << text;
+    EXPECT_EQ(base::ToText(value), text);
+  }
+}
+
+TEST(Variant, TakesTheKindOfWhatItIsGiven) {
+  ExpectTaken(std::string("a text that is too long for the place in the string itself"),
+              "a text that is too long for the place in the string itself");
+  ExpectTaken(std::int16_t{-5}, "-5");
+  ExpectTaken(std::int32_t{70'000}, "70000");
+  ExpectTaken(2.5, "2.5");
+  ExpectTaken(true, "True");
+  Variant value = 1;
+  value = "literal";
+  EXPECT_TRUE(value.IsText());
+  value = std::string_view("view");
+  EXPECT_EQ(base::ToText(value), "view");
+}
+
+TEST(Variant, TakesATextThatIsItsOwnOrLiesInItsArray) {
+  Variant value = "own";
+  value = std::get<std::string>(value.Get());
+  EXPECT_EQ(base::ToText(value), "own");
+  Variant array =
+      base::MakeArray(base::ElementType::kText, 0, {"a text that lies in the array and goes with it"});
+  array = std::get<std::string>(std::get<base::ArrayRef>(array.Get())->elements[0].Get());
+  EXPECT_EQ(base::ToText(array), "a text that lies in the array and goes with it");
+}
+
 TEST(Variant, KeepsANullReferenceAsAnObject) {
   const Variant null{base::ObjectRef()};
   EXPECT_TRUE(null.IsObject());

@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 #include "support/RouterLogTest.h"
+#include "support/WithoutRights.h"
 
 namespace {
 
@@ -218,6 +221,21 @@ TEST_F(RouterLogStore, HoldsLinesOfMegabytesZeroBytesAnd8BitCharacters) {
   EXPECT_EQ(Saved(), file);
 }
 
+TEST_F(RouterLogStore, TakesNumbersOfMegabytesAsItTakesShortOnes) {
+  const std::string blanks(2'000'000, ' ');
+  const std::string digits(2'000'000, '1');
+  OpenPage(blanks + "2\r\n" + Lines({"t", "in", "d", blanks + "80" + blanks, "s", "1", "m"}) +
+           Lines({"t", "in", "d", digits, "s", "1", "m"}));
+  EXPECT_THAT(Column(3), ElementsAre("80"));
+  EXPECT_TRUE(HasTraced());
+  page.reset();
+  OpenPage(digits + "\r\n" + Incoming(1));
+  EXPECT_THAT(Keys(), IsEmpty());
+  page.reset();
+  OpenPage(digits);
+  EXPECT_THAT(Keys(), IsEmpty());
+}
+
 TEST_F(RouterLogStore, IsEmptyWhenAFolderStandsInTheFilesPlaceAndSavesNothing) {
   world.folder.MakeFolder("RouterLog.dat");
   OpenPage();
@@ -234,6 +252,62 @@ TEST_F(RouterLogStore, EndsASaveThatCanNotBeginWithoutAWord) {
   page->SaveContentsToDatabase();
   EXPECT_THAT(world.toolkit.messages, IsEmpty());
 }
+
+#ifdef __linux__
+TEST_F(RouterLogStore, KeepsTheOldFileWhenItMayNotBeWritten) {
+  const std::string file = " 2\r\n" + Incoming(1) + Incoming(2);
+  OpenPage(file);
+  world.toolkit.answers = {ui::MessageResult::kYes};
+  Clear().UserClick();
+  {
+    const support::WithoutRights rights(world.folder.PathOf("RouterLog.dat"),
+                                        support::WithoutRights::To::kWrite);
+    page->SaveContentsToDatabase();
+  }
+  EXPECT_EQ(world.folder.Read("RouterLog.dat"), file);
+  EXPECT_THAT(world.debug.lines, ElementsAre("Error occured during saving of the log database."));
+  EXPECT_EQ(Saved(), " 0\r\n");
+}
+
+TEST_F(RouterLogStore, LeavesAFileAloneThatItMayNeitherReadNorWrite) {
+  const std::string file = " 1\r\n" + Incoming(1);
+  world.folder.Write("RouterLog.dat", file);
+  {
+    const support::WithoutRights rights(world.folder.PathOf("RouterLog.dat"),
+                                        support::WithoutRights::To::kReadAndWrite);
+    OpenPage();
+    EXPECT_THAT(Keys(), IsEmpty());
+    page->SaveContentsToDatabase();
+  }
+  EXPECT_EQ(world.folder.Read("RouterLog.dat"), file);
+}
+
+TEST_F(RouterLogStore, SavesNothingIntoAFolderThatMayNotBeWritten) {
+  SelectRouter();
+  OpenPage();
+  page->Reset();
+  RaiseLog("in", "s", 1, "d", 2, "m");
+  {
+    const support::WithoutRights rights(world.folder.Path(), support::WithoutRights::To::kWrite);
+    page->SaveContentsToDatabase();
+  }
+  EXPECT_FALSE(world.folder.Contains("RouterLog.dat"));
+  EXPECT_EQ(List().RowCount(), 1u);
+}
+
+TEST_F(RouterLogStore, KeepsItsRowsWhenTheDiskIsFullAndSavesThemLater) {
+  const std::string file = " 3\r\n" + Incoming(1) + Incoming(2) + Lines({"t", "in", "d", "3", "s", "4", "m"});
+  OpenPage(file);
+  world.folder.Remove("RouterLog.dat");
+  std::filesystem::create_symlink("/dev/full", world.folder.PathOf("RouterLog.dat"));
+  page->SaveContentsToDatabase();
+  EXPECT_THAT(world.debug.lines, ElementsAre("Error occured during saving of the log database."));
+  EXPECT_THAT(world.toolkit.messages, IsEmpty());
+  EXPECT_EQ(List().RowCount(), 3u);
+  world.folder.Remove("RouterLog.dat");
+  EXPECT_EQ(Saved(), file);
+}
+#endif
 
 TEST_F(RouterLogStore, ReplacesALongerFile) {
   OpenPage(" 1\r\n" + Incoming(1) + std::string(100'000, 'x'));
