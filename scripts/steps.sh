@@ -46,12 +46,13 @@ step() {
 
 # tests KEY TITLE PROGRAM [RUNNER]: the program is one of GoogleTest, and RUNNER what runs it. It runs in its own folder.
 # Its report counts, not its exit code alone: a program that ends before it has written one has failed.
+# The caller's variable `around` may name a command that runs all of it.
 tests() {
   local key=$1 title=$2 program=$3 runner=${4:-} status seconds run=0 bad=0 report=build/logs/$1.xml where
   where=$PWD/$report
   [ "$runner" != wine ] || where=$(wine_path "$where")
   rm -f "$report"
-  run_logged "$key" env -C "$(dirname "$program")" timeout --kill-after=10 600 ${runner:+"$runner"} \
+  run_logged "$key" ${around:+"$around"} env -C "$(dirname "$program")" timeout --kill-after=10 600 ${runner:+"$runner"} \
     "./$(basename "$program")" "--gtest_output=xml:$where" "--gtest_filter=${filter:-*}"
   local remark
   if [ -s "$report" ]; then

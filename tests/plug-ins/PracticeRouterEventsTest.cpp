@@ -239,6 +239,30 @@ TEST_F(PracticeRouterEventsTest, AFilteredPortBringsNoLine) {
   EXPECT_TRUE(lines.empty());
 }
 
+TEST_F(PracticeRouterEventsTest, EachLineIsAskedForFirstAndOnlyThoseThatAreFilteredOutAreMissing) {
+  std::vector<long> wanted;
+  onEvent = [&](DISPID event, std::vector<VARIANT>& arguments, EXCEPINFO*) {
+    if (event == 2) {
+      filter = !filter;
+      *arguments[2].pboolVal = filter ? VARIANT_TRUE : VARIANT_FALSE;
+      asked.push_back(arguments[0].lVal);
+      if (!filter) wanted.push_back(arguments[0].lVal);
+    } else {
+      EXPECT_EQ(event, 3);
+      TakeLine(arguments);
+      EXPECT_EQ(lines.back().destinationPort, asked.back());
+    }
+    return S_OK;
+  };
+  Advise();
+  SwitchLogOn();
+  ASSERT_TRUE(host::PumpUntil([&] { return asked.size() >= 6; }, 20000));
+  std::vector<long> told;
+  for (const LogLine& line : lines) told.push_back(line.destinationPort);
+  EXPECT_EQ(told, wanted);
+  EXPECT_EQ(wanted.size(), asked.size() / 2);
+}
+
 TEST_F(PracticeRouterEventsTest, WithTheSwitchOffNothingComes) {
   Advise();
   CallWithAddress(L"IServer_SetLogging");

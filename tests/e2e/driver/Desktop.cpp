@@ -7,6 +7,20 @@ namespace {
 
 constexpr UINT kPatience = 2000;
 
+BOOL CALLBACK Collect(HWND handle, LPARAM windows) {
+  if (IsWindowVisible(handle)) reinterpret_cast<std::vector<HWND>*>(windows)->push_back(handle);
+  return TRUE;
+}
+
+std::vector<Window> DescribeAll(const std::vector<HWND>& handles) {
+  std::vector<Window> windows;
+  windows.reserve(handles.size());
+  for (const HWND handle : handles) windows.push_back(Describe(handle));
+  return windows;
+}
+
+}  // namespace
+
 std::string ProgramOf(HWND window) {
   DWORD id = 0;
   GetWindowThreadProcessId(window, &id);
@@ -31,20 +45,6 @@ Window Describe(HWND handle) {
   GetWindowRect(handle, &window.place);
   return window;
 }
-
-BOOL CALLBACK Collect(HWND handle, LPARAM windows) {
-  if (IsWindowVisible(handle)) reinterpret_cast<std::vector<HWND>*>(windows)->push_back(handle);
-  return TRUE;
-}
-
-std::vector<Window> DescribeAll(const std::vector<HWND>& handles) {
-  std::vector<Window> windows;
-  windows.reserve(handles.size());
-  for (const HWND handle : handles) windows.push_back(Describe(handle));
-  return windows;
-}
-
-}  // namespace
 
 std::vector<Window> TopLevelWindows() {
   std::vector<HWND> handles;

@@ -24,6 +24,12 @@ std::vector<Window> TopLevelWindows();
 /// The visible windows inside `parent`, those inside them included.
 std::vector<Window> Inside(HWND parent);
 
+/// File name of the executable that the window belongs to; empty when the system doesn't tell.
+std::string ProgramOf(HWND window);
+
+/// What a user sees of the window.
+Window Describe(HWND window);
+
 /// The window's title or a control's text, asked of the window itself: what the system knows of other
 /// programs' controls isn't enough. Empty when the window doesn't answer within two seconds.
 std::string TextOf(HWND window);

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "driver/Controls.h"
 #include "driver/Desktop.h"
 #include "driver/Input.h"
 
@@ -29,6 +30,14 @@ int Usage() {
       "    Exit code 0 when it is so, 1 when it isn't.\n"
       "driver inside HANDLE\n"
       "    The visible windows inside that one, in the same form. Line ends in a text are told as \\n.\n"
+      "driver control PATH [--within SECONDS] [--gone]\n"
+      "    The visible control of Harbourline.exe with that name, or names from the outside in with '.' "
+      "between\n"
+      "    them, in the same form. Waits and answers as `windows` does.\n"
+      "driver items PATH\n"
+      "    The rows, nodes or buttons of that control: x, y, width, height and text, with tabs between "
+      "them.\n"
+      "    One that isn't in view has no size.\n"
       "driver keys KEYS\n"
       "    Letters as they stand, keys by name: {ENTER} {ESC} {TAB} {SPACE} {UP} {DOWN} {LEFT} {RIGHT} ...\n"
       "driver click X Y [right]\n",
@@ -80,6 +89,20 @@ void Print(const std::vector<desktop::Window>& windows) {
   }
 }
 
+/// Asks until something is found, or with `gone` until nothing is, for up to so many seconds; prints what was
+/// found last.
+template <typename Ask>
+int Await(double seconds, bool gone, Ask ask) {
+  const ULONGLONG end = GetTickCount64() + static_cast<ULONGLONG>(seconds * 1000);
+  std::vector<desktop::Window> found = ask();
+  while (found.empty() != gone && GetTickCount64() < end) {
+    Sleep(20);
+    found = ask();
+  }
+  Print(found);
+  return found.empty() == gone ? kDone : kNotFound;
+}
+
 int Windows(const std::vector<std::string>& arguments) {
   Search search;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
@@ -103,14 +126,40 @@ int Windows(const std::vector<std::string>& arguments) {
     ++i;
   }
 
-  const ULONGLONG end = GetTickCount64() + static_cast<ULONGLONG>(search.seconds * 1000);
-  std::vector<desktop::Window> found = Find(search);
-  while (found.empty() != search.gone && GetTickCount64() < end) {
-    Sleep(20);
-    found = Find(search);
+  return Await(search.seconds, search.gone, [&] { return Find(search); });
+}
+
+/// The visible control as a list of one.
+std::vector<desktop::Window> VisibleControl(const std::string& path) {
+  const HWND control = desktop::FindControl("Harbourline.exe", path);
+  if (!control || !IsWindowVisible(control)) return {};
+  return {desktop::Describe(control)};
+}
+
+int Control(const std::vector<std::string>& arguments) {
+  double seconds = 0;
+  bool gone = false;
+  for (std::size_t i = 1; i < arguments.size(); ++i) {
+    if (arguments[i] == "--gone") {
+      gone = true;
+    } else if (arguments[i] == "--within" && i + 1 < arguments.size()) {
+      seconds = std::atof(arguments[++i].c_str());
+    } else {
+      return Usage();
+    }
   }
-  Print(found);
-  return found.empty() == search.gone ? kDone : kNotFound;
+  return Await(seconds, gone, [&] { return VisibleControl(arguments[0]); });
+}
+
+int Items(const std::string& path) {
+  const HWND control = desktop::FindControl("Harbourline.exe", path);
+  if (!control) return kNotFound;
+  for (const desktop::Item& item : desktop::ItemsOf(control)) {
+    std::printf("%ld\t%ld\t%ld\t%ld\t%s\n", item.place.left, item.place.top,
+                item.place.right - item.place.left, item.place.bottom - item.place.top,
+                OnOneLine(item.text).c_str());
+  }
+  return kDone;
 }
 
 int Run(const std::vector<std::string>& arguments) {
@@ -123,6 +172,8 @@ int Run(const std::vector<std::string>& arguments) {
     Print(desktop::Inside(handle));
     return kDone;
   }
+  if (command == "control" && arguments.size() >= 2) return Control({arguments.begin() + 1, arguments.end()});
+  if (command == "items" && arguments.size() == 2) return Items(arguments[1]);
   if (command == "keys" && arguments.size() == 2) return desktop::Type(arguments[1]) ? kDone : kNotFound;
   if (command == "click" && (arguments.size() == 3 || (arguments.size() == 4 && arguments[3] == "right"))) {
     return desktop::Click(std::atoi(arguments[1].c_str()), std::atoi(arguments[2].c_str()),

@@ -3,15 +3,9 @@
 #include <algorithm>
 
 #include "driver/Input.h"
+#include "support/Files.h"
 
 namespace {
-
-std::string ModuleFolder() {
-  char path[MAX_PATH] = "";
-  GetModuleFileNameA(nullptr, path, sizeof path);
-  std::string folder = path;
-  return folder.substr(0, folder.find_last_of('\\'));
-}
 
 std::string FreshFolder() {
   static int number = 0;
@@ -76,7 +70,7 @@ std::optional<POINT> WaitForRestingIcon() {
 }  // namespace
 
 Program::Program() : folder_(FreshFolder()) {
-  CopyFileA((ModuleFolder() + "\\" HARBOURLINE_EXECUTABLE).c_str(), Executable().c_str(), FALSE);
+  CopyFileA(BuiltFile(HARBOURLINE_EXECUTABLE).c_str(), Executable().c_str(), FALSE);
 }
 
 Program::~Program() {

@@ -18,6 +18,17 @@ auto WaitFor(Find find) {
   }
 }
 
+/// Asks again and again for so many milliseconds; true when the answer was always yes.
+template <typename Condition>
+bool StaysSo(ULONGLONG milliseconds, Condition condition) {
+  const ULONGLONG end = GetTickCount64() + milliseconds;
+  for (;;) {
+    if (!condition()) return false;
+    if (GetTickCount64() > end) return true;
+    Sleep(20);
+  }
+}
+
 /// A message box of the program as a user sees it.
 struct Box {
   HWND window = nullptr;

@@ -5,30 +5,12 @@
 #include <algorithm>
 #include <cstring>
 #include <fstream>
-#include <iterator>
-#include <stdexcept>
+
+#include "support/Files.h"
 
 namespace {
 
 constexpr char kScripts[] = "Software\\Harbourline Recording";
-
-std::string PlugInFile() {
-  char path[MAX_PATH] = "";
-  GetModuleFileNameA(nullptr, path, sizeof path);
-  const std::string file = path;
-  return file.substr(0, file.find_last_of('\\') + 1) + HARBOURLINE_RECORDING_PLUG_IN;
-}
-
-void RegisterPlugIn() {
-  const std::string file = PlugInFile();
-  const HMODULE library = LoadLibraryA(file.c_str());
-  if (!library) throw std::runtime_error("no recording plug-in: " + file);
-  const auto registerServer = reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(
-      reinterpret_cast<void*>(GetProcAddress(library, "DllRegisterServer")));
-  if (!registerServer || FAILED(registerServer()))
-    throw std::runtime_error("the recording plug-in can't be registered");
-  FreeLibrary(library);
-}
 
 }  // namespace
 
@@ -38,7 +20,7 @@ Recording::Recording() {
   GetTempPathA(sizeof folder, folder);
   path_ = std::string(folder) + "recording-" + std::to_string(GetCurrentProcessId()) + "-" +
           std::to_string(++number) + ".txt";
-  RegisterPlugIn();
+  RegisterPlugIn(HARBOURLINE_RECORDING_PLUG_IN);
   RegDeleteTreeA(HKEY_CURRENT_USER, kScripts);
   SetEnvironmentVariableA("HARBOURLINE_RECORDING", path_.c_str());
 }
@@ -54,8 +36,7 @@ void Recording::Script(const std::string& className, const std::string& name, co
 }
 
 bool Recording::RegisterOfOtherWidth(const std::string& className, const std::string& path) {
-  std::ifstream original(PlugInFile(), std::ios::binary);
-  std::string image((std::istreambuf_iterator<char>(original)), std::istreambuf_iterator<char>());
+  std::string image = ReadFile(BuiltFile(HARBOURLINE_RECORDING_PLUG_IN));
   IMAGE_DOS_HEADER dos{};
   if (image.size() < sizeof dos) return false;
   std::memcpy(&dos, image.data(), sizeof dos);
@@ -63,7 +44,7 @@ bool Recording::RegisterOfOtherWidth(const std::string& className, const std::st
   const WORD other = sizeof(void*) == 8 ? IMAGE_FILE_MACHINE_I386 : IMAGE_FILE_MACHINE_AMD64;
   if (header + sizeof other > image.size()) return false;
   std::memcpy(image.data() + header, &other, sizeof other);
-  std::ofstream(path, std::ios::binary).write(image.data(), static_cast<std::streamsize>(image.size()));
+  WriteFile(path, image);
 
   const std::string id = "{6C5B6A1F-3F0B-4C53-9D0B-615E428B70FF}";
   const auto write = [](const std::string& key, const std::string& text) {

@@ -26,6 +26,11 @@ class Scene : public testing::Test {
                      {"Router_1", Recording::kClass},
                      {"RouterClass", Recording::kClass}});
   }
+  /// Starts the program with a selected recording plug-in and waits for the last thing that the start asks of
+  /// it.
+  bool StartWithRouter() {
+    return program.StartAndWait() && WaitFor([this] { return !Activations().empty(); });
+  }
   /// Stores profiles by name, the ports counting from 1000 by tens; those with a "+" in front are enabled.
   static void StoreProfiles(const std::vector<std::string>& names) {
     settings::Write("MapProfileCount", std::to_string(names.size()));

@@ -198,7 +198,8 @@ class Source final : public EventRaiser,
   static HRESULT FindTypeInfo(const GUID& id, ITypeInfo** info);
   const IID& EventInterface() const { return kind_ == Kind::kContract ? kContractEvents : kOtherEvents; }
   void Send(const std::string& request, DISPID event, EventArguments& arguments, std::size_t firstAnswer);
-  std::string SendOnce(IDispatch* sink, DISPID event, EventArguments& arguments, std::size_t firstAnswer);
+  static std::string SendOnce(IDispatch* sink, DISPID event, EventArguments& arguments,
+                              std::size_t firstAnswer, const std::string& style);
 
   std::string class_;
   Kind kind_;
@@ -333,21 +334,22 @@ bool Source::Raise(const std::string& request) {
 void Source::Send(const std::string& request, DISPID event, EventArguments& arguments,
                   std::size_t firstAnswer) {
   const long count = ScriptNumber(class_, "RaiseCount").value_or(1);
+  const std::string style = Script(class_, "EventStyle").value_or("");
   const std::string line = "raised " + request + (count == 1 ? "" : " x " + std::to_string(count)) + " -> ";
   const std::vector<Sink> sinks = sinks_;  // a handler may advise or unadvise
   if (sinks.empty()) Write(class_, line + "nobody");
   for (const Sink& sink : sinks) sink.object->AddRef();
   for (const Sink& sink : sinks) {
     std::string outcome;
-    for (long i = 0; i < count; ++i) outcome = SendOnce(sink.object, event, arguments, firstAnswer);
+    for (long i = 0; i < count; ++i) outcome = SendOnce(sink.object, event, arguments, firstAnswer, style);
     Write(class_, line + outcome);
     sink.object->Release();
   }
 }
 
 std::string Source::SendOnce(IDispatch* sink, DISPID event, EventArguments& arguments,
-                             std::size_t firstAnswer) {
-  std::vector<VARIANT> passed = arguments.Passed(Script(class_, "EventStyle").value_or(""), firstAnswer);
+                             std::size_t firstAnswer, const std::string& style) {
+  std::vector<VARIANT> passed = arguments.Passed(style, firstAnswer);
   DISPPARAMS parameters{passed.data(), nullptr, static_cast<UINT>(passed.size()), 0};
   EXCEPINFO exception{};
   const HRESULT code = sink->Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters,
