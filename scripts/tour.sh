@@ -53,6 +53,58 @@ place_of_icon() {
 }
 menus() { driver windows --program Harbourline.exe --class '#32768' "$@"; }
 menus_are() { [ "$(menus | wc -l)" -eq "$1" ]; }
+
+# Opens the window by a double click on the icon.
+open_window() {
+  local x y width height
+  until_true 10 icon_rests || lost "the icon doesn't come to rest"
+  read -r x y width height < <(place_of_icon) || lost 'the icon is not in the notification area'
+  xdotool mousemove $((x + width / 2)) $((y + height / 2)) click --repeat 2 --delay 60 1
+  until_true 10 shown frmMain || lost "a double click on the icon opens no window"
+}
+icon_rests() {
+  local before
+  before=$(place_of_icon) && sleep 0.2 && [ "$(place_of_icon)" = "$before" ]
+}
+
+# press CONTROL [BUTTON]: waits for the control of that name and clicks its middle.
+press() {
+  local x y width height
+  read -r x y width height < <(driver control "$1" --within 10 | cut -f 2-5) || lost "there is no $1"
+  click $((x + width / 2)) $((y + height / 2)) "${2:-1}"
+}
+
+# choose CONTROL TEXT [BUTTON]: clicks the row, node or button with that text.
+choose() {
+  local x y width height
+  read -r x y width height < <(driver items "$1" | grep -P "\t$2\$" | cut -f 1-4) || lost "there is no '$2' in $1"
+  click $((x + width / 2)) $((y + height / 2)) "${3:-1}"
+}
+
+# fill CONTROL TEXT: types the text in place of what stands there.
+fill() {
+  press "$1"
+  xdotool key Home shift+End
+  xdotool type --delay 20 "$2"
+  until_true 5 says "$1" "$2" || lost "$1 doesn't take '$2'"
+}
+
+# close_window TITLE: closes it as its close box does.
+close_window() {
+  xdotool search --name "^$1\$" windowactivate --sync || lost "the window '$1' can't be brought to the front"
+  xdotool key alt+F4
+}
+
+says() { [ "$(driver control "$1" | cut -f 8)" = "$2" ]; }
+shown() { driver control "$1" >/dev/null; }
+has_row() { driver items "$1" | cut -f 5 | grep -xF "$2" >/dev/null; }
+
+# open_page NODE CONTROL: clicks the node and waits for the page.
+open_page() {
+  choose tvCategories "$1"
+  until_true 10 shown "$2" || lost "'$1' doesn't show its page"
+}
+
 program_runs() { kill -0 "$program" 2>/dev/null; }
 
 # click X Y BUTTON
@@ -100,84 +152,72 @@ icon_is_at_the_bottom() { [ "$(place_of_icon | cut -f 2)" -gt 700 ]; }
 table_has() { grep -q "$1" "$table"; }
 table_is_empty() { [ -e "$table" ] && [ ! -s "$table" ]; }
 
+# Starts the program in FOLDER and waits for its icon.
+start_program() {
+  # Wine has its say about drives and fonts there.
+  HARBOURLINE_PRACTICE_TABLE=$(wine_path "$table") wine "$1/Harbourline.exe" 2>>"$build/logs/tour-wine.log" &
+  program=$!
+  until_true 30 place_of_icon || lost 'no icon comes up in the notification area'
+}
+
+# Chooses 'Exit' in the menu and says Yes.
+exit_program() {
+  local status
+  open_menu
+  driver keys e
+  answer 'Are you sure you want to exit ' Yes "$@"
+  until_true 20 program_is_gone || lost 'the program goes on after Yes'
+  wait "$program" && status=0 || status=$?
+  ((status == 0)) || lost "the program ended with exit code $status"
+}
+
 tour() {
-  local x y width height program status
+  local x y width height program before after
   rm -rf "$pictures"
   mkdir -p "$pictures"
   wine_prefix tour
   trap tour_end EXIT
   screen_start
   wine reg delete 'HKEY_CURRENT_USER\Software\Harbourline' /f >/dev/null 2>&1 || true
+  rm -f "$build/windows-x64/src/RouterLog.dat"
   demo_install
 
   say 'The tour'
-  HARBOURLINE_PRACTICE_TABLE=$(wine_path "$table") wine build/windows-x64/src/Harbourline.exe &
-  program=$!
-  until_true 30 place_of_icon || lost 'no icon comes up in the notification area'
-  move_icon_area
-  until_true 10 table_is_empty || lost "the router's table is not empty at the start"
-  picture started 'The icon stands in the notification area; the router forwards nothing'
-  local before
-  before=$(router_table)
-
-  open_menu
-  picture menu 'A right click opens the menu'
-  driver keys p
-  until_true 10 menus_are 2 || lost "'Profiles' doesn't open"
-  picture profiles 'The key P opens the profiles'
-  driver keys '{ESC}{ESC}'
-  menus --within 10 --gone || lost 'the key Escape leaves the menu open'
-
-  open_profiles
-  point_at $((y + height - entry_middle))
-  picture choice 'The mouse points at the last profile'
-  choose_by_mouse $((y + height - entry_middle))
-  until_true 10 table_has 'Web server' || lost "the mapping of 'Web server' doesn't reach the router"
-  picture forwarded "'Web server' is on: its mapping stands in the router's table"
-  local after
-  after=$(router_table)
-
-  open_profiles
-  picture checked 'The menu shows the profile that is on'
-  choose_by_mouse $((y + entry_middle))
-  until_true 10 table_is_empty || lost "'Clear All' leaves mappings on the router"
-  picture cleared "'Clear All' took it off again"
-
-  open_profiles
-  driver keys '{DOWN}{ENTER}'
-  until_true 10 table_has 'Game server' || lost "the mapping of 'Game server' doesn't reach the router"
-  picture by-keyboard "'Game server' was chosen by the keyboard"
-
-  open_menu
-  driver keys e
-  answer_exit_question
-  until_true 20 program_is_gone || lost 'the program goes on after Yes'
-  wait "$program" && status=0 || status=$?
-  ((status == 0)) || lost "the program ended with exit code $status"
-  [ "$(stored_setting MP_1_Enabled)" = True ] || lost "the settings don't say that 'Game server' is on"
-  [ "$(stored_setting MP_3_Enabled)" = False ] || lost "the settings don't say that 'Web server' is off"
-  [ "$(stored_setting Router_1)" = "$practice_router" ] || lost 'the settings have lost the router'
-  [ -z "$(stored_setting RouterPlugIn_1)" ] || lost "the plug-in's announcement is still in the settings"
-  picture gone 'The program is gone, and its settings are saved'
+  start_program build/windows-x64/src
+  chapter_menu
+  chapter_pages
+  chapter_profile
+  chapter_follow
+  chapter_exchange
+  chapter_log
+  chapter_icon
+  chapter_exit
+  chapter_second_installation
 
   echo
   echo "The router's table before the click:"
   printf '%s\n' "$before"
   echo 'and after it:'
   printf '%s\n' "$after"
+  echo 'The newest rows of "RouterLog.dat", each a line a column:'
+  head -n 14 "$pictures/RouterLog.dat" | sed 's/^/    /'
 }
 
 program_is_gone() { ! program_runs && driver windows --program Harbourline.exe --gone; }
 
-answer_exit_question() {
+# answer TEXT BUTTON [NAME WORDS]: waits for the program's message box that has the text, takes a picture when it has a
+# name, and presses the button.
+answer() {
   local box text x y width height
   box=$(driver windows --program Harbourline.exe --class '#32770' --title Harbourline --within 10 | cut -f 1) ||
-    lost "'Exit' asks nothing"
+    lost "no message box says '$1'"
   text=$(driver inside "$box")
-  grep -q 'Are you sure you want to exit ' <<<"$text" || lost "the question at the exit isn't asked"
-  picture question "'Exit' asks first"
-  read -r x y width height < <(grep -P '\t&?Yes$' <<<"$text" | cut -f 2-5) || lost "the question has no 'Yes'"
+  grep -qF "$1" <<<"$text" || lost "the message box doesn't say '$1'"
+  if (($# > 2)); then picture "$3" "$4"; fi
+  read -r x y width height < <(grep -P "\t&?$2\$" <<<"$text" | cut -f 2-5) || lost "the message box has no '$2'"
   click $((x + width / 2)) $((y + height / 2)) 1
+  driver windows --program Harbourline.exe --class '#32770' --title Harbourline --within 10 --gone >/dev/null ||
+    lost "the message box stays after '$2'"
 }
 
 tour_end() {
