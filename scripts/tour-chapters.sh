@@ -151,13 +151,22 @@ chapter_log() {
   press ctlRouterLog.chkEnable
   sleep 1
 }
+log_is_left_with() { [ "$(driver items lvRouterLog | wc -l)" = "$1" ]; }
+right_click_first_row() {
+  local x y width height
+  # One that is in view has a size.
+  read -r x y width height < <(driver items lvRouterLog | awk -F '\t' '$3 > 0 { print $1, $2, $3, $4; exit }') ||
+    lost 'no row of the log is in view'
+  click $((x + width / 2)) $((y + height / 2)) 1
+  click $((x + width / 2)) $((y + height / 2)) 3
+}
 log_has_rows() { [ "$(driver items lvRouterLog | wc -l)" -ge "$1" ]; }
 
 # What the icon tells, enlarged: traffic, the bar, a warning.
 chapter_icon() {
   find_icon
   make_traffic &
-  local traffic=$!
+  traffic=$!
   until_true 10 icon_shows 255,214,10 || lost "no lamp of the icon lights with traffic"
   icon_picture lamps 'The lamps of the icon light with traffic (enlarged)'
   open_page Windows ctlWinStartup
@@ -166,7 +175,7 @@ chapter_icon() {
   xdotool key Down Return
   until_true 10 icon_shows 63,221,114 || lost 'the bar of the icon stays empty with traffic'
   icon_picture bar 'As a bar it fills with traffic and falls (enlarged)'
-  kill $traffic 2>/dev/null || true
+  end_traffic
   press ctlWinStartup.cbSystemTray
   sleep 0.3
   xdotool key Up Return
@@ -184,6 +193,11 @@ set_warning() {
   sleep 0.5
   xdotool key alt+s Return
   driver windows --title 'Configure Practice Router' --within 10 --gone >/dev/null || lost "OK doesn't close it"
+}
+
+end_traffic() {
+  if [ -n "${traffic:-}" ]; then kill "$traffic" 2>/dev/null || true; fi
+  traffic=
 }
 
 # Connections that are refused at once: segments leave and arrive.
@@ -239,6 +253,16 @@ chapter_exit() {
   picture again 'Started again: the page is the one that was open, the profile is on'
   open_page Log ctlRouterLog
   log_has_rows 8 || lost 'the log is empty after the start'
+  local rows
+  rows=$(driver items lvRouterLog | wc -l)
+  right_click_first_row
+  menus --within 10 >/dev/null || lost 'a right click on a row opens no menu'
+  picture log-menu 'A right click on a row of the log'
+  driver keys '{DOWN}{DOWN}{ENTER}'
+  until_true 10 log_is_left_with $((rows - 1)) || lost "'Remove' leaves the row"
+  press ctlRouterLog.cmdClear
+  answer 'Are you sure you want to clear the log?' Yes
+  until_true 10 log_is_left_with 0 || lost "'Clear Log' leaves rows"
   exit_program
 }
 hidden() { ! shown "$1"; }

@@ -221,6 +221,7 @@ answer() {
 }
 
 tour_end() {
+  end_traffic
   wine_end
   screen_stop
 }
