@@ -1,161 +1,28 @@
-// The activity log: naming a port, the file of a million rows, sorting and removing. Each beside what the
-// same work costs without the program.
+// The activity log: naming a port, and the file of a million rows. Each beside what the same work costs
+// without the program.
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <memory>
 #include <random>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "activitylog/ctlRouterLog.h"
-#include "base/Error.h"
 #include "model/CMapProfile.h"
-#include "platform/Machine.h"
 #include "settings/CRegistry.h"
-#include "support/MemoryMachine.h"
-#include "ui/Form.h"
+#include "support/LogPage.h"
 
 namespace {
 
 constexpr std::int64_t kRows = 1'000'000;
-constexpr std::size_t kBlock = 64 * 1024;
 
-/// A router's plug-in that knows no port and hands out its event source, and what makes and connects it.
-class LogRouter : public platform::LateBoundObject, public platform::ObjectFactory {
- public:
-  base::Variant Get(std::string_view member) override {
-    if (member != "IServer_EventHandler") return {};
-    return platform::LateBoundRef(platform::LateBoundRef(), &source_);
-  }
-  void Put(std::string_view, const base::Variant&) override {}
-  base::Variant Call(std::string_view, std::span<platform::Argument>) override { return std::string(); }
-
-  platform::LateBoundRef Create(std::string_view) override {
-    throw base::Error(base::ErrorNumber::kCannotCreateObject, "There are no classes here");
-  }
-  std::unique_ptr<platform::EventConnection> Connect(platform::LateBoundObject&,
-                                                     const platform::EventInterface&,
-                                                     platform::EventSink& sink) override {
-    sink_ = &sink;
-    return std::make_unique<platform::EventConnection>();
-  }
-
-  std::string IdentifyPort(std::int32_t port) {
-    base::Variant arguments[] = {port, std::string(), false};
-    sink_->OnEvent(2, arguments);
-    return base::ToText(arguments[1]);
-  }
-  void Log(std::int32_t sourcePort) {
-    base::Variant arguments[] = {"in", "203.0.113.99", sourcePort, "192.168.1.20", std::int32_t{80}, "http"};
-    sink_->OnEvent(3, arguments);
-  }
-
- private:
-  struct Source : platform::LateBoundObject {
-    base::Variant Get(std::string_view) override { return {}; }
-    void Put(std::string_view, const base::Variant&) override {}
-    base::Variant Call(std::string_view, std::span<platform::Argument>) override { return {}; }
-  };
-
-  Source source_;
-  platform::EventSink* sink_ = nullptr;
-};
-
-/// The program's state with a folder of its own, and a window for the page.
-class World {
- public:
-  World() {
-    std::random_device random;
-    folder_ = std::filesystem::temp_directory_path() / ("harbourline-bench-" + std::to_string(random()));
-    std::filesystem::create_directory(folder_);
-    process_.path = Folder() + "\\Harbourline.exe";
-    machine_.settings.keeps = false;
-    platform::TheMachine().process = &process_;
-    platform::TheMachine().clock = &clock_;
-    platform::TheMachine().objects = &router;
-    g_Registry = std::make_unique<CRegistry>();
-    g_Registry->Router = platform::LateBoundRef(platform::LateBoundRef(), &router);
-  }
-  ~World() {
-    page.reset();
-    g_Registry.reset();
-    std::filesystem::remove_all(folder_);
-  }
-  World(const World&) = delete;
-  World& operator=(const World&) = delete;
-
-  void OpenPage() { page = std::make_unique<ctlRouterLog>(&window_, "ctlRouterLog"); }
-  ui::ListView& Rows() const {
-    const auto& controls = page->Children();
-    return static_cast<ui::ListView&>(
-        **std::find_if(controls.begin(), controls.end(),
-                       [](ui::Control* control) { return control->Name() == "lvRouterLog"; }));
-  }
-  std::string Database() const { return Folder() + "\\RouterLog.dat"; }
-
-  LogRouter router;
-  std::unique_ptr<ctlRouterLog> page;
-
- private:
-  struct Process : platform::Process {
-    std::string path;
-    std::string ExecutablePath() override { return path; }
-    bool EarlierInstanceRuns() override { return false; }
-    std::string CurrentFolder() override { return {}; }
-  };
-  struct Clock : platform::Clock {
-    platform::DateTime Now() override { return {2026, 11, 20, 23, 22, 22}; }
-  };
-
-  /// The program joins by "\\", which here is a plain character of a name in folder_.
-  std::string Folder() const { return (folder_ / "files").string(); }
-
-  std::filesystem::path folder_;
-  Process process_;
-  Clock clock_;
-  bench::MemoryMachine machine_;
-  ui::Form window_{"frmBench", "Bench", {}, 8000, 6000};
-};
-
-/// A log as a busy month leaves it; the bytes of its file.
-std::string LogFile(std::int64_t rows) {
-  static const char* const services[] = {"http", "https", "Game server", "domain", "smtp", "snmp-trap"};
-  std::mt19937 random(1);
-  const auto number = [&random](unsigned below) { return std::to_string(random() % below); };
-  const auto twoDigits = [&random](unsigned below) {
-    return std::to_string(100 + random() % below).substr(1);
-  };
-  std::ostringstream text;
-  text << ' ' << rows << "\r\n";
-  for (std::int64_t row = 0; row < rows; ++row) {
-    const bool incoming = random() % 2 == 0;
-    const std::string outside = "203.0.113." + number(256);
-    const std::string inside = "192.168.1." + number(256);
-    text << "11/" << 10 + random() % 20 << "/26 " << twoDigits(24) << ':' << twoDigits(60) << "\r\n"
-         << (incoming ? "in" : "out") << "\r\n"
-         << (incoming ? inside : outside) << "\r\n"
-         << number(65'536) << "\r\n"
-         << (incoming ? outside : inside) << "\r\n"
-         << number(65'536) << "\r\n"
-         << services[random() % std::size(services)] << "\r\n";
-  }
-  return std::move(text).str();
-}
-
-void WriteFile(const std::string& path, const std::string& bytes) {
-  std::ofstream file(path, std::ios::binary);
-  file.rdbuf()->pubsetbuf(nullptr, 0);
-  for (std::size_t at = 0; at < bytes.size(); at += kBlock) {
-    file.write(bytes.data() + at, static_cast<std::streamsize>(std::min(kBlock, bytes.size() - at)));
-  }
-}
+using bench::LogFile;
+using bench::WriteFile;
+using World = bench::LogPage;
 
 std::size_t ResidentBytes() {
   std::size_t pages = 0;
@@ -281,69 +148,6 @@ void YardstickRanges(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * kProfiles * kMappings);
 }
 
-void Event(benchmark::State& state) {
-  World world;
-  world.OpenPage();
-  world.page->Reset();
-  std::int32_t port = 0;
-  for (auto _ : state) world.router.Log(++port);
-  state.SetItemsProcessed(state.iterations());
-}
-
-void Sort(benchmark::State& state, std::int32_t column) {
-  World world;
-  WriteFile(world.Database(), LogFile(state.range(0)));
-  world.OpenPage();
-  for (auto _ : state) world.Rows().UserColumnClick(column);
-  state.SetItemsProcessed(state.iterations() * state.range(0));
-}
-
-void YardstickSort(benchmark::State& state) {
-  std::mt19937 random(1);
-  struct Row {
-    std::uint64_t key;
-    std::uint64_t secondKey;
-    std::uint32_t row;
-  };
-  std::vector<Row> rows;
-  for (std::int64_t i = 0; i < state.range(0); ++i) {
-    rows.push_back({random() % 65'536, random() % 43'200, static_cast<std::uint32_t>(i)});
-  }
-  for (auto _ : state) {
-    auto sorted = rows;
-    std::stable_sort(sorted.begin(), sorted.end(), [](const Row& a, const Row& b) {
-      return std::pair(a.key, a.secondKey) < std::pair(b.key, b.secondKey);
-    });
-    benchmark::DoNotOptimize(sorted.data());
-  }
-  state.SetItemsProcessed(state.iterations() * state.range(0));
-}
-
-void Remove(benchmark::State& state) {
-  World world;
-  WriteFile(world.Database(), LogFile(state.range(0)));
-  for (auto _ : state) {
-    state.PauseTiming();
-    world.OpenPage();
-    ui::ListView& rows = world.Rows();
-    for (std::size_t row = 0; row < rows.RowCount(); row += 2) rows.UserSelect(row, true);
-    ui::Menu* remove = nullptr;
-    for (ui::Control* menu : world.page->Children()) {
-      if (menu->Name() != "mnuPopUpLog") continue;
-      for (ui::Control* entry : menu->Children()) {
-        if (entry->Name() == "mnuRemove") remove = static_cast<ui::Menu*>(entry);
-      }
-    }
-    state.ResumeTiming();
-    remove->UserClick();
-    state.PauseTiming();
-    if (rows.RowCount() != static_cast<std::size_t>(state.range(0)) / 2) state.SkipWithError("rows are left");
-    world.page.reset();
-    state.ResumeTiming();
-  }
-  state.SetComplexityN(state.range(0));
-}
-
 BENCHMARK(Load)->Name("Log/load of RouterLog.dat")->Arg(kRows)->Unit(benchmark::kMillisecond);
 BENCHMARK(YardstickGetline)
     ->Name("Log/yardstick: getline over the file")
@@ -357,24 +161,5 @@ BENCHMARK(YardstickWrite)
     ->UseRealTime();
 BENCHMARK(IdentifyPort)->Name("Log/IdentifyPort over 10,000 mappings")->Unit(benchmark::kMicrosecond);
 BENCHMARK(YardstickRanges)->Name("Log/yardstick: 10,000 ranges in an array")->Unit(benchmark::kMicrosecond);
-BENCHMARK(Event)->Name("Log/a row by an event");
-BENCHMARK_CAPTURE(Sort, number, 6)
-    ->Name("Log/sort by port and time")
-    ->Arg(kRows)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(Sort, text, 3)
-    ->Name("Log/sort by address and time")
-    ->Arg(kRows)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK(YardstickSort)
-    ->Name("Log/yardstick: sort of the numbers")
-    ->Arg(kRows)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK(Remove)
-    ->Name("Log/remove every other row")
-    ->RangeMultiplier(10)
-    ->Range(10'000, kRows)
-    ->Unit(benchmark::kMillisecond)
-    ->Complexity(benchmark::oN);
 
 }  // namespace
