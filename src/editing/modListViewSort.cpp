@@ -119,6 +119,10 @@ std::string GetListItemSortKey(const ui::ListView& lv, std::size_t row, std::int
 
 void SortListView(ui::ListView& lv, std::int16_t iColumn, std::int32_t lSortOrder, std::int32_t eSortType,
                   std::int16_t iSecondColumn, std::int32_t eSecondType) {
+  // Behind itself a column tells nothing new, as long as no character of its keys stands before a blank.
+  if (iSecondColumn == iColumn && eSecondType == eSortType && eSortType != SortType::kText) {
+    iSecondColumn = kNoColumn;
+  }
   const auto first =
       KeyNumbers(lv, iColumn, eSortType, iSecondColumn == kNoColumn ? Compare : CompareAsFields);
   const auto second = KeyNumbers(lv, iSecondColumn, eSecondType, Compare);

@@ -269,7 +269,7 @@ TEST_F(ModListViewSort, ComparesExactlyAsTheWrittenKeysDo) {
     }
     for (const std::int16_t iColumn : {std::int16_t{1}, std::int16_t{2}}) {
       const std::int32_t eSortType = iColumn == 2 ? SortType::kText : kWholeNumber;
-      for (const std::int16_t iSecond : {kNone, std::int16_t{2}, std::int16_t{3}}) {
+      for (const std::int16_t iSecond : {kNone, std::int16_t{1}, std::int16_t{2}, std::int16_t{3}}) {
         const std::int32_t eSecondType = iSecond == 2 ? SortType::kText : kWholeNumber;
         std::vector<std::pair<std::string, std::string>> expected;
         for (std::size_t row = 0; row < list.RowCount(); ++row) {
