@@ -19,6 +19,7 @@ constexpr std::int16_t kWelcome = 0;
 constexpr std::int16_t kRouter = 1;
 constexpr std::int16_t kLogging = 2;
 constexpr std::int16_t kComplete = 3;
+constexpr std::int16_t kClose = 4;
 
 constexpr ui::Twips kPixel = 15;
 constexpr ui::Twips kMajorWidth = 163 * kPixel;
