@@ -69,10 +69,10 @@ void ctlWindowStartup::cbSystemTray_Click() {
 
 void ctlWindowStartup::OnResize() {
   const ui::Twips inner = Width() - 2 * ui::kMargin;
-  lblTitle.Move(ui::kMargin, ui::kMargin, inner, ui::kTitleHeight);
+  lblTitle.Move(ui::kMargin, ui::kMargin, Width() - ui::kMargin, ui::kTitleHeight);
   chkLoadOnStartup.Move(ui::kMargin, lblTitle.Bottom() + ui::kMargin, inner, ui::kLineHeight);
   chkShowSplash.Move(ui::kMargin, chkLoadOnStartup.Bottom() + ui::kMargin, inner, ui::kLineHeight);
   const ui::Twips top = chkShowSplash.Bottom() + ui::kMargin;
-  lblSystemTray.Move(ui::kMargin, top + ui::kLabelDrop, kLabelWidth, ui::kLineHeight);
-  cbSystemTray.Move(lblSystemTray.Right() + ui::kMargin, top, kFieldWidth, ui::kLineHeight);
+  lblSystemTray.Move(ui::kMargin, top, kLabelWidth, ui::kLineHeight);
+  cbSystemTray.Move(lblSystemTray.Right() + ui::kMargin, top - ui::kLabelDrop, kFieldWidth, ui::kLineHeight);
 }

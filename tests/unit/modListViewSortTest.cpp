@@ -239,6 +239,9 @@ TEST_F(ModListViewSort, PadsTheFirstKeyWithBlanksInFrontOfASecond) {
   EXPECT_THAT(Column(1), ElementsAre("2", "1", "3", "4"));
   SortListView(list, 1, kAscending, SortType::kText, kNone, 0);
   EXPECT_THAT(Column(1), ElementsAre("1", "2", "3", "4"));
+  // Also when the second is the same column.
+  SortListView(list, 1, kAscending, SortType::kText, 1, SortType::kText);
+  EXPECT_THAT(Column(1), ElementsAre("2", "1", "3", "4"));
 }
 
 TEST_F(ModListViewSort, LeavesRowsOfEqualKeysInTheirOrder) {
