@@ -89,12 +89,12 @@ chapter_profile() {
 chapter_follow() {
   open_page Automatic ctlAutomatic
   press ctlAutomatic.chkEnable
-  until_true 4 table_has 'Chess club' || lost "the profile doesn't go on while its program runs"
+  until_true 10 table_has 'Chess club' || lost "the profile doesn't go on while its program runs"
   until_true 5 has_row ctlAutomatic.lvProfiles 'Chess club (Active)' || lost "the page doesn't say that it is active"
   picture active 'Its program runs: the profile is on, and shown in red'
   close_window 'Chess club'
   wait "$chess" || true
-  until_true 4 table_has_not 'Chess club' || lost "the profile stays on when its program is gone"
+  until_true 10 table_has_not 'Chess club' || lost "the profile stays on when its program is gone"
   picture followed 'The program was closed: the mapping is gone'
 
   open_profiles
