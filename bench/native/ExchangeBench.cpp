@@ -9,6 +9,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "settings/CRegistry.h"
@@ -206,6 +207,25 @@ void YardstickWriting(benchmark::State& state) {
   SetBytes(state, kFileSize);
 }
 
+/// The same bytes by a bare loop that has the lines and writes one after the other.
+void YardstickWritingLines(benchmark::State& state) {
+  MakeFiles();
+  const std::string bytes = Bytes(kExchangeFile);
+  std::vector<std::string_view> lines;
+  for (std::size_t start = 0; start < bytes.size();) {
+    const std::size_t end = bytes.find('\n', start) + 1;
+    lines.push_back(std::string_view(bytes).substr(start, end - start));
+    start = end;
+  }
+  for (auto _ : state) {
+    std::ofstream file(kOutput, std::ios::binary);
+    for (const std::string_view line : lines) file << line;
+    if (!file.flush()) state.SkipWithError("not written");
+  }
+  std::remove(kOutput);
+  SetBytes(state, kFileSize);
+}
+
 BENCHMARK(Import)->Name("Exchange/import of 100 MB")->Unit(benchmark::kMillisecond);
 BENCHMARK(YardstickExpat)->Name("Exchange/yardstick: expat merely parses")->Unit(benchmark::kMillisecond);
 BENCHMARK(YardstickExpatWithHandlers)
@@ -213,5 +233,8 @@ BENCHMARK(YardstickExpatWithHandlers)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(Export)->Name("Exchange/export of 100 MB")->Unit(benchmark::kMillisecond);
 BENCHMARK(YardstickWriting)->Name("Exchange/yardstick: writing the bytes")->Unit(benchmark::kMillisecond);
+BENCHMARK(YardstickWritingLines)
+    ->Name("Exchange/yardstick: writing the lines")
+    ->Unit(benchmark::kMillisecond);
 
 }  // namespace

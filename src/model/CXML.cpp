@@ -74,6 +74,8 @@ void CXML::WriteHeader(base::TextFileWriter& file) const {
       WriteQuoted(file, *text);
     } else if (const auto* const number = std::get_if<std::int32_t>(&value.Get())) {
       file.WriteNumber(*number);
+    } else if (const auto* const octet = std::get_if<std::int16_t>(&value.Get())) {
+      file.WriteNumber(*octet);
     } else {
       file.Write(base::ToText(value));
     }
