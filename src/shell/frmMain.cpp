@@ -138,6 +138,10 @@ void frmMain::ColourPages() {
 
 void frmMain::OnLoad() {
   Hide();
+  if (exitChosen_) {
+    Unload();
+    return;
+  }
   if (platform::TheMachine().process->EarlierInstanceRuns()) {
     ui::ShowMessage("This program is already running!", ui::MessageIcon::kInformation);
     Unload();
@@ -147,15 +151,20 @@ void frmMain::OnLoad() {
     Icon(ui::ResourcePicture("HARBOURLINE"));
     ctlSysTray_.Icon(Icon());
   });
+  // The shell, the wizard and the title window let clicks on the icon through, and one of them may be the
+  // exit.
+  if (!IsLoaded()) return;
   Guarded("Load.RunWizardIfNewVersion", [this] {
     bool bShown = false;
     RunWizardIfNewVersion(bShown);
   });
+  if (!IsLoaded()) return;
   Guarded("Load.frmSplash", [this] {
     if (!g_Registry->ShowSplashOnStartup) return;
     frmSplash::Shared().SetTimer(kTitleSeconds);
     frmSplash::Shared().ShowModal(this);
   });
+  if (!IsLoaded()) return;
   timerNetLights.Interval(kMonitorInterval);
   timerNetLights.Enabled(true);
 }
@@ -234,5 +243,7 @@ void frmMain::mnuHelp_Click() {
 void frmMain::mnuExit_Click() {
   const auto answer = ui::ShowMessage("Are you sure you want to exit Harbourline?",
                                       ui::MessageIcon::kQuestion, ui::MessageButtons::kYesNo);
-  if (answer == ui::MessageResult::kYes) Unload();
+  if (answer != ui::MessageResult::kYes) return;
+  exitChosen_ = true;
+  Unload();
 }

@@ -140,4 +140,6 @@ class frmMain : public ui::Form {
   /// The feature behind each entry of mnuSubFeatures; index 0 is none.
   std::vector<std::int16_t> m_iFeatureIDs;
   bool m_bHasFeatures = false;
+  /// "Exit" was chosen and confirmed, which can happen before the window is loaded.
+  bool exitChosen_ = false;
 };

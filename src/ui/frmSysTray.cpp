@@ -1,6 +1,7 @@
 #include "ui/frmSysTray.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/Machine.h"
 #include "ui/Toolkit.h"
@@ -61,9 +62,10 @@ void frmSysTray::Update() {
   record_.szTip.fill(' ');
   std::copy_n(sToolTip_.c_str(), std::min(sToolTip_.size() + 1, record_.szTip.size()), record_.szTip.begin());
   record_.cbSize = kRecordSize;
+  // Noted before the call: the shell lets a click through meanwhile, and that click may end the program.
+  const bool known = std::exchange(added_, true);
   platform::TheMachine().notificationArea->ShellNotifyIcon(
-      added_ ? platform::NotifyIconMessage::kModify : platform::NotifyIconMessage::kAdd, record_);
-  added_ = true;
+      known ? platform::NotifyIconMessage::kModify : platform::NotifyIconMessage::kAdd, record_);
 }
 
 void frmSysTray::Remove() {

@@ -58,6 +58,58 @@ TEST_F(frmMainExitTest, YesTellsThePlugInFirstThatTheProgramEndsAndLastToSave) {
   EXPECT_EQ(router->alive, 0);
 }
 
+/// An exit while the window is still being loaded: the shell and the wizard let a click through.
+class frmMainExitDuringStartTest : public testing::Test, protected support::Shell {
+ protected:
+  frmMainExitDuringStartTest() {
+    Store("ShowSplashOnStartup", "True");
+    world.toolkit.answers = {ui::MessageResult::kYes};
+    world.toolkit.whenIdle = [this] {
+      ++waits;
+      for (ui::Form* form : ui::Form::LoadedForms()) form->Unload();
+    };
+  }
+
+  int waits = 0;
+};
+
+TEST_F(frmMainExitDuringStartTest, AnExitWhileTheIconIsMadeEndsTheProgramAndLeavesNoIcon) {
+  world.notificationArea.whileAsked = [this] {
+    world.notificationArea.whileAsked = {};
+    Choose("mnuExit");
+  };
+  Start();
+  EXPECT_FALSE(main->IsLoaded());
+  EXPECT_EQ(waits, 0);
+  EXPECT_THAT(ui::Form::LoadedForms(), IsEmpty());
+  EXPECT_EQ(world.notificationArea.calls.back().message, platform::NotifyIconMessage::kDelete);
+}
+
+TEST_F(frmMainExitDuringStartTest, AnExitWhileTheIconGetsItsPictureShowsNeitherWizardNorTitle) {
+  world.notificationArea.whileAsked = [this] {
+    if (!main || !main->IsLoaded()) return;
+    world.notificationArea.whileAsked = {};
+    Choose("mnuExit");
+  };
+  Start();
+  EXPECT_FALSE(main->IsLoaded());
+  EXPECT_EQ(waits, 0);
+  EXPECT_THAT(ui::Form::LoadedForms(), IsEmpty());
+  EXPECT_EQ(world.notificationArea.calls.back().message, platform::NotifyIconMessage::kDelete);
+}
+
+TEST_F(frmMainExitDuringStartTest, AnExitWhileTheWizardIsUpShowsNoTitle) {
+  world.toolkit.whenIdle = [this] {
+    ++waits;
+    if (main->IsLoaded()) return Choose("mnuExit");
+    for (ui::Form* form : ui::Form::LoadedForms()) form->Unload();
+  };
+  Start();
+  EXPECT_FALSE(main->IsLoaded());
+  EXPECT_EQ(waits, 1);
+  EXPECT_THAT(ui::Form::LoadedForms(), IsEmpty());
+}
+
 TEST_F(frmMainExitTest, ALogOffSavesTwiceAndTellsThePlugInInOrder) {
   EXPECT_TRUE(ui::Form::QuerySessionEnd());
   EXPECT_EQ(Calls("SaveSettings").size(), 1u);

@@ -72,8 +72,11 @@ class RecordingNotificationArea : public platform::NotificationArea {
   };
   std::vector<Call> calls;
   bool answer = true;
+  /// Runs inside each call: what is delivered while the program waits for the shell.
+  std::function<void()> whileAsked;
   bool ShellNotifyIcon(platform::NotifyIconMessage message, const platform::NotifyIconData& data) override {
     calls.push_back({message, data});
+    if (whileAsked) whileAsked();
     return answer;
   }
 };
