@@ -5,10 +5,22 @@
 
 namespace modSystem {
 
-void ShowHelp(std::uintptr_t, std::int32_t) {
+namespace {
+
+void ShowHelpPage(std::uintptr_t window, const std::string& name) {
   std::string folder = modCommon::HelpFile();
   folder.resize(folder.find_last_of('\\') + 1);
-  platform::TheMachine().shell->Open(folder + "Help\\index.html");
+  platform::TheMachine().shell->Show(window, folder + "Help\\" + name + ".html");
+}
+
+}  // namespace
+
+void ShowHelp(std::uintptr_t window, std::int32_t) {
+  ShowHelpPage(window, "index");
+}
+
+void ShowTopic(std::uintptr_t window, std::int32_t topic) {
+  ShowHelpPage(window, topic == 0 ? "index" : std::to_string(topic));
 }
 
 std::intptr_t OpenWebAddress(const std::string& sAddress) {

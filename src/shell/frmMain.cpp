@@ -8,6 +8,7 @@
 #include "shell/frmSplash.h"
 #include "shell/modCommon.h"
 #include "ui/MessageBox.h"
+#include "ui/Toolkit.h"
 
 namespace {
 
@@ -108,6 +109,7 @@ void frmMain::ConnectEvents() {
   ctlSysTray_.LeftButtonDoubleClick.Connect<&frmMain::mnuSetup_Click>(this);
   ctlSysTray_.RightButtonDoubleClick.Connect<&frmMain::mnuSetup_Click>(this);
   timerNetLights.Tick.Connect<&frmMain::timerNetLights_Timer>(this);
+  ui::TheInterface().help = &modSystem::ShowTopic;
   mnuCopyIP.Click.Connect<&frmMain::mnuCopyIP_Click>(this);
   mnuClearDMZ.Click.Connect<&frmMain::mnuClearDMZ_Click>(this);
   mnuSetDMZ.Click.Connect<&frmMain::mnuSetDMZ_Click>(this);

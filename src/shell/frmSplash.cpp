@@ -2,6 +2,7 @@
 
 #include "base/Conversions.h"
 #include "base/Error.h"
+#include "ui/Toolkit.h"
 
 namespace {
 
@@ -11,7 +12,9 @@ constexpr std::int32_t kMillisecondsPerSecond = 1000;
 
 }  // namespace
 
-frmSplash::frmSplash() : Form("frmSplash", "Splash", kTitleWindow, 7485, 5625), tmSplash(this, "tmSplash") {
+frmSplash::frmSplash()
+    : Form("frmSplash", "Splash", kTitleWindow, 7485, 5625), tmSplash(this, "tmSplash"), Skin(this, "Skin") {
+  Skin.ReadProperties({{"PictureSkin", ui::TheInterface().screen->Resource("TITLE")}});
   tmSplash.Tick.Connect<&frmSplash::tmSplash_Timer>(this);
 }
 
@@ -25,12 +28,6 @@ void frmSplash::SetTimer(std::int16_t iSeconds) {
 frmSplash& frmSplash::Shared() {
   static frmSplash splash;
   return splash;
-}
-
-void frmSplash::OnLoad() {
-  // The title picture isn't drawn yet, and a window without it would only stand in the way.
-  tmSplash.Enabled(false);
-  Unload();
 }
 
 void frmSplash::tmSplash_Timer() {

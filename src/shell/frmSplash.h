@@ -4,8 +4,9 @@
 
 #include "ui/Form.h"
 #include "ui/Timer.h"
+#include "ui/ctlShapeSkin.h"
 
-/// The title window. It closes itself when its timer fires.
+/// The title window, in the shape of its picture. It closes itself when its timer fires.
 class frmSplash : public ui::Form {
  public:
   frmSplash();
@@ -17,11 +18,9 @@ class frmSplash : public ui::Form {
   /// The one instance of the program, made at first use.
   static frmSplash& Shared();
 
- protected:
-  void OnLoad() override;
-
  private:
   void tmSplash_Timer();
 
   ui::Timer tmSplash;
+  ctlShapeSkin Skin;
 };

@@ -145,6 +145,11 @@ void Control::DetachPeers() {
   peer_.reset();
 }
 
+void Control::TellShown() {
+  OnShow();
+  for (Control* child : children_) child->TellShown();
+}
+
 void Control::End() {
   for (Control* child : children_) child->End();
   FromUser("End", [this] { OnEnd(); });

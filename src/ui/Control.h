@@ -94,6 +94,8 @@ class Control {
   /// Topic of the help key; 0 means that the parent's holds.
   std::int32_t HelpContextID() const { return helpContextID_; }
   void HelpContextID(std::int32_t id) { helpContextID_ = id; }
+  /// Behind all others that stand on the same control.
+  void SendToBack() { Notify(Aspect::kOrder); }
   bool TabStop() const { return tabStop_; }
   void TabStop(bool tabStop) { tabStop_ = tabStop; }
 
@@ -110,6 +112,8 @@ class Control {
   /// Makes the peers of this control and of all that stands on it. The window does that when it loads.
   void AttachPeers();
   void DetachPeers();
+  /// Tells this control and all that stands on it that the window is loaded.
+  void TellShown();
   /// Ends this control and all that stands on it: the window that they stand on has been unloaded.
   void End();
 
@@ -124,16 +128,17 @@ class Control {
   /// Called after the size changed, by code or by the user.
   virtual void OnResize() {}
   virtual void OnPeerAttached() {}
+  /// Called when the window is loaded and everything on it has its peer.
+  virtual void OnShow() {}
   /// A page's last act: it lets go of what it holds and saves what it keeps.
   virtual void OnEnd() {}
   void BoundsFromPeer(const Bounds& bounds);
   /// The parent knows this control no more, as after its destruction.
   void LeaveParent();
-
- private:
   /// This control, or the one below it, that has the focus; null for none.
   Control* FocusHolder();
 
+ private:
   Kind kind_;
   std::string name_;
   Control* parent_;

@@ -69,6 +69,7 @@ void Form::Load() {
     loaded_ = false;
     throw;
   }
+  TellShown();
   OnLoad();
 }
 
@@ -123,6 +124,22 @@ bool Form::Unload(CloseReason reason) {
 
 void Form::UserClose(CloseReason reason) {
   FromUser("Close", [&] { Unload(reason); });
+}
+
+void Form::Shape(std::vector<PixelRun> shape) {
+  shape_ = std::move(shape);
+  Notify(Aspect::kShape);
+}
+
+void Form::DragByMouse() {
+  if (GetPeer()) GetPeer()->DragByMouse();
+}
+
+void Form::UserHelp() {
+  const Control* control = FocusHolder();
+  if (!control) control = this;
+  while (control->HelpContextID() == 0 && control->Parent()) control = control->Parent();
+  if (TheInterface().help) FromUser("Help", [&] { TheInterface().help(Handle(), control->HelpContextID()); });
 }
 
 void Form::UserMouseMove(float x, float y) {

@@ -6,6 +6,7 @@
 
 #include "ui/Control.h"
 #include "ui/Picture.h"
+#include "ui/Pixels.h"
 
 namespace ui {
 
@@ -41,6 +42,12 @@ class Form : public Control {
   void Caption(std::string caption);
   const PictureRef& Icon() const { return icon_; }
   virtual void Icon(PictureRef icon);
+
+  /// What of a borderless window is there, in pixels of the window. None stands for the whole rectangle.
+  const std::vector<PixelRun>& Shape() const { return shape_; }
+  void Shape(std::vector<PixelRun> shape);
+  /// Called while a button of the mouse is down: the window is dragged as if by its title bar.
+  void DragByMouse();
 
   bool IsLoaded() const { return loaded_; }
   /// Does nothing when it is loaded. A failure of OnLoad leaves it loaded; when a native window can't be made
@@ -78,6 +85,9 @@ class Form : public Control {
   void UserClose(CloseReason reason);
   void UserMouseMove(float x, float y);
   void UserShellRestarted();
+  /// The help key: shows the topic of the control with the focus, or of the nearest that it stands on and
+  /// that has one.
+  void UserHelp();
   /// The new place of the inner area, in twips. Pages hide what they move and show it again; peers learn only
   /// what has changed in the end, so that the control with the focus keeps it.
   void UserResize(const Bounds& bounds);
@@ -98,6 +108,7 @@ class Form : public Control {
   Style style_;
   std::string caption_;
   PictureRef icon_;
+  std::vector<PixelRun> shape_;
   Form* owner_ = nullptr;
   bool loaded_ = false;
   bool modal_ = false;

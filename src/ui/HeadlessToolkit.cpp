@@ -53,7 +53,7 @@ class HeadlessFormPeer : public Peer {
 }  // namespace
 
 HeadlessToolkit::HeadlessToolkit() : before_(TheInterface()), clock_(std::make_shared<Clock>()) {
-  TheInterface() = {this, this, this, this};
+  TheInterface() = {this, this, this, this, {}};
 }
 
 HeadlessToolkit::~HeadlessToolkit() {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -41,6 +42,10 @@ class HeadlessToolkit : public Toolkit, public Dialogs, public Clipboard, public
   std::function<void()> whenIdle;
   std::string clipboard;
   float twipsPerPixel = 15;
+  /// The pixels of every picture.
+  Pixels pixels;
+  /// What the program carries, by name.
+  std::map<std::string, std::vector<std::byte>> resources;
 
   std::unique_ptr<Peer> CreatePeer(Control& control) override;
   /// Returns too when nothing is there to end the wait. Throws std::logic_error when the timers tick for an
@@ -55,6 +60,11 @@ class HeadlessToolkit : public Toolkit, public Dialogs, public Clipboard, public
   float TwipsPerPixelX() const override { return twipsPerPixel; }
   float TwipsPerPixelY() const override { return twipsPerPixel; }
   std::uintptr_t SmallIcon(const PictureRef& picture) override;
+  Pixels PixelsOf(const PictureRef& picture) const override { return picture ? pixels : Pixels{}; }
+  std::vector<std::byte> Resource(const std::string& name) const override {
+    const auto found = resources.find(name);
+    return found == resources.end() ? std::vector<std::byte>{} : found->second;
+  }
 
  private:
   friend class HeadlessTimerPeer;

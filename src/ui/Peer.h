@@ -20,6 +20,8 @@ enum class Aspect {
   kColumns,
   kSelection,  ///< selected rows, node or text
   kReadOnly,
+  kOrder,  ///< the control stands behind its neighbours from now on
+  kShape,
 };
 
 /// Shows a control by one native control. It mirrors the state that the control owns and reports what the
@@ -30,6 +32,8 @@ class Peer {
   virtual ~Peer() = default;
   virtual void Changed(Aspect aspect) = 0;
   virtual void SetFocus() {}
+  /// The mouse has been pressed: the window follows it until it is released.
+  virtual void DragByMouse() {}
   /// The native window, 0 for a kind that has none.
   virtual std::uintptr_t Handle() const { return 0; }
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -8,6 +9,7 @@
 
 #include "ui/Peer.h"
 #include "ui/Picture.h"
+#include "ui/Pixels.h"
 
 namespace ui {
 
@@ -55,6 +57,11 @@ class Screen {
   virtual float TwipsPerPixelY() const = 0;
   /// Handle of the picture as a small icon, 0 for no picture; the screen keeps it for as long as it lives.
   virtual std::uintptr_t SmallIcon(const PictureRef& picture) = 0;
+  /// A picture that isn't an icon, in its own size. No pixels when there is none or it can't be read.
+  virtual Pixels PixelsOf(const PictureRef& picture) const = 0;
+  /// The bytes that the program carries under that name, besides its icons; none for a name that it doesn't
+  /// know.
+  virtual std::vector<std::byte> Resource(const std::string& name) const = 0;
 };
 
 /// All that the interface asks of the machine. The entry puts the native answers in place, tests the headless
@@ -64,6 +71,8 @@ struct Interface {
   Dialogs* dialogs = nullptr;
   Clipboard* clipboard = nullptr;
   Screen* screen = nullptr;
+  /// Shows a topic of the help in front of a window; 0 is its contents. The program puts it in place.
+  std::function<void(std::uintptr_t window, std::int32_t topic)> help;
 };
 
 Interface& TheInterface();

@@ -233,13 +233,13 @@ TEST_F(ctlWindowStartupInMainTest, ItKeepsWhatItReadAtTheStartWhenItIsShownAgain
   main->Show();
   Show("WindowsConfiguration");
   g_Registry->LoadOnStartup = false;
-  g_Registry->ShowSplashOnStartup = false;
+  g_Registry->ShowSplashOnStartup = true;
   g_Registry->TrayLights = 3;
   Show("About");
   Show("WindowsConfiguration");
   EXPECT_TRUE(Get<ui::CheckBox>("chkLoadOnStartup").IsSeen());
   EXPECT_TRUE(Get<ui::CheckBox>("chkLoadOnStartup").Checked());
-  EXPECT_TRUE(Get<ui::CheckBox>("chkShowSplash").Checked());
+  EXPECT_FALSE(Get<ui::CheckBox>("chkShowSplash").Checked()) << "off when it was read";
   EXPECT_EQ(Get<ui::ComboBox>("cbSystemTray").Text(), "Activity Lights");
   EXPECT_FALSE(g_Registry->LoadOnStartup);
   EXPECT_EQ(g_Registry->TrayLights, 3);

@@ -254,7 +254,7 @@ TEST_F(frmMainMenuTest, ALeftClickDoesNothing) {
 TEST_F(frmMainMenuTest, HelpOpensTheContentsPageBesideTheProgram) {
   Start();
   Choose("mnuHelp");
-  EXPECT_THAT(world.shell.opened, ElementsAre(world.folder.PathOf("Help\\index.html")));
+  EXPECT_THAT(world.shell.shown, ElementsAre(world.folder.PathOf("Help\\index.html")));
 }
 
 }  // namespace

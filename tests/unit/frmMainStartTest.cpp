@@ -201,10 +201,27 @@ TEST_F(frmMainStartTest, APlugInThatFailsInAStepOfTheStartIsToldAndTheOtherSteps
   EXPECT_TRUE(main->IsLoaded());
 }
 
-TEST_F(frmMainStartTest, TheSplashTakesAtMost32SecondsBecauseTheMillisecondsHave16Bits) {
-  frmSplash splash;
-  EXPECT_NO_THROW(splash.SetTimer(32));
-  EXPECT_THROW(splash.SetTimer(33), base::Error);
+TEST_F(frmMainStartTest, TheTitleWindowIsUpForSevenSecondsBeforeTheMonitorStarts) {
+  SelectRouter();
+  Store("ShowSplashOnStartup", "True");
+  world.toolkit.whenIdle = [this] {
+    EXPECT_EQ(ui::Form::LoadedForms().back()->Name(), "frmSplash");
+    EXPECT_TRUE(ui::Form::LoadedForms().back()->IsModal());
+    world.toolkit.Advance(6'999);
+    EXPECT_TRUE(frmSplash::Shared().IsLoaded());
+    EXPECT_THAT(Calls("CheckForWarning"), IsEmpty());
+    world.toolkit.Advance(1);
+  };
+  Start();
+  EXPECT_FALSE(frmSplash::Shared().IsLoaded());
+  world.toolkit.Advance(1'000);
+  EXPECT_THAT(Calls("CheckForWarning"), testing::Not(IsEmpty()));
+}
+
+TEST_F(frmMainStartTest, WithoutTheTitleWindowNothingIsWaitedFor) {
+  SelectRouter();
+  world.toolkit.whenIdle = [] { FAIL() << "the start waits"; };
+  Start();
 }
 
 TEST_F(frmMainStartTest, AStoredPageOfAnotherVersionOpensHelp) {

@@ -520,4 +520,57 @@ TEST_F(UiForm, TheMouseIsReportedInTwips) {
   EXPECT_THAT(places, ElementsAre(7710.0f, 15.0f));
 }
 
+class UiFormHelp : public UiForm {
+ protected:
+  UiFormHelp() {
+    ui::TheInterface().help = [this](std::uintptr_t, std::int32_t topic) { topics.push_back(topic); };
+  }
+
+  Window window{life};
+  ui::UserControl page{&window, "ctlTest", 3000, 2000};
+  ui::Frame frame{&page, "framTest"};
+  ui::TextBox name{&frame, "txtName"};
+  std::vector<std::int32_t> topics;
+};
+
+TEST_F(UiFormHelp, TheHelpKeyShowsTheTopicOfTheControlWithTheFocus) {
+  window.HelpContextID(9000);
+  page.HelpContextID(7000);
+  name.HelpContextID(8000);
+  name.UserFocus(true);
+  window.UserHelp();
+  EXPECT_THAT(topics, ElementsAre(8000));
+}
+
+TEST_F(UiFormHelp, AControlWithoutATopicHasThatOfTheNearestThingItStandsOn) {
+  window.HelpContextID(9000);
+  page.HelpContextID(7000);
+  name.UserFocus(true);
+  window.UserHelp();
+  page.HelpContextID(0);
+  window.UserHelp();
+  EXPECT_THAT(topics, ElementsAre(7000, 9000));
+}
+
+TEST_F(UiFormHelp, WithTheFocusNowhereTheWindowsTopicIsShown) {
+  window.HelpContextID(4000);
+  page.HelpContextID(7000);
+  window.UserHelp();
+  EXPECT_THAT(topics, ElementsAre(4000));
+}
+
+TEST_F(UiFormHelp, WithoutAnyTopicTheContentsAreShown) {
+  name.UserFocus(true);
+  window.UserHelp();
+  EXPECT_THAT(topics, ElementsAre(0));
+}
+
+TEST_F(UiFormHelp, AHelpThatFailsIsToldLikeEveryFailureOfAKey) {
+  ui::TheInterface().help = [](std::uintptr_t, std::int32_t) {
+    throw base::Error(base::ErrorNumber::kOutOfMemory, "No more");
+  };
+  window.UserHelp();
+  EXPECT_EQ(Messages().size(), 1u);
+}
+
 }  // namespace

@@ -16,15 +16,17 @@ using support::Wide;
 
 constexpr wchar_t kClasses[] = L"Software\\Classes\\";
 
-/// Opens a document: sends the signal whose name the document's file has, when it was asked to start without
-/// a window.
+/// Opens a document: sends the signal whose name the document's file has, with "hidden" or "shown" in front
+/// as it was asked to start.
 const support::Role viewer("view-a-document", [](const std::vector<std::string>& arguments) {
   STARTUPINFOA start{};
   GetStartupInfoA(&start);
-  if (!(start.dwFlags & STARTF_USESHOWWINDOW) || start.wShowWindow != SW_HIDE) return 2;
+  if (!(start.dwFlags & STARTF_USESHOWWINDOW)) return 2;
   const std::string& path = arguments.at(0);
   const std::size_t name = path.find_last_of('\\') + 1;
-  support::Signal(path.substr(name, path.find_last_of('.') - name)).Send();
+  support::Signal((start.wShowWindow == SW_HIDE ? "hidden" : "shown") +
+                  path.substr(name, path.find_last_of('.') - name))
+      .Send();
   return 0;
 });
 
@@ -61,8 +63,15 @@ class ShellTest : public testing::Test {
 
 TEST_F(ShellTest, OpensADocumentWithItsProgramAndShowCommandZero) {
   const std::string name = support::UniqueName("opened");
-  const support::Signal opened(name);
+  const support::Signal opened("hidden" + name);
   EXPECT_GT(shell_.Open(Document(name)), 32);
+  EXPECT_TRUE(opened.Wait());
+}
+
+TEST_F(ShellTest, ShowsADocumentInAWindowThatIsSeen) {
+  const std::string name = support::UniqueName("shown");
+  const support::Signal opened("shown" + name);
+  EXPECT_TRUE(shell_.Show(0, Document(name)));
   EXPECT_TRUE(opened.Wait());
 }
 

@@ -30,6 +30,16 @@ TEST_F(UiFormTest, ALoadedFormHasAHiddenWindowOfAnEightBitClassWithItsNameAndCap
   EXPECT_STREQ(name, "HarbourlineWindow");
 }
 
+TEST_F(UiFormTest, AWindowWithoutAnIconOfItsOwnHasTheProgramsFirstPicture) {
+  TestForm form;
+  form.Load();
+  ICONINFO icon{};
+  ASSERT_TRUE(GetIconInfo(reinterpret_cast<HICON>(GetClassLongPtrA(form.Window(), GCLP_HICONSM)), &icon));
+  DeleteObject(icon.hbmMask);
+  DeleteObject(icon.hbmColor);
+  EXPECT_NE(GetClassLongPtrA(form.Window(), GCLP_HICON), 0u);
+}
+
 TEST_F(UiFormTest, TheNameGoesWithTheWindow) {
   TestForm form("frmNobodyElseIsCalledLikeThis");
   form.Load();

@@ -204,4 +204,23 @@ TEST_F(UiKeyboardTest, FocusAndLettersAreMarkedAlsoForWhoUsesTheMouse) {
   }
 }
 
+TEST_F(UiKeyboardTest, TheHelpKeyAsksForTheTopicOfWhatHasTheFocus) {
+  std::vector<std::int32_t> topics;
+  ui::TheInterface().help = [&](std::uintptr_t window, std::int32_t topic) {
+    EXPECT_EQ(window, form_.Handle());
+    topics.push_back(topic);
+  };
+  page_.HelpContextID(9010);
+  form_.HelpContextID(9000);
+  support::PressKey(VK_F1);
+  EXPECT_TRUE(RunUntil([&] { return topics.size() == 1; }));
+  name_.SetFocus();
+  support::PressKey(VK_F1);
+  EXPECT_TRUE(RunUntil([&] { return topics.size() == 2; }));
+  enable_.SetFocus();
+  support::PressKey(VK_F1);
+  EXPECT_TRUE(RunUntil([&] { return topics.size() == 3; }));
+  EXPECT_THAT(topics, testing::ElementsAre(9000, 9010, 9010));
+}
+
 }  // namespace

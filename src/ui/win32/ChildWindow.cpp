@@ -102,6 +102,9 @@ void ChildWindow::Show(Aspect aspect) {
     case Aspect::kFont:
       Send(WM_SETFONT, reinterpret_cast<WPARAM>(NativeFont()), TRUE);
       break;
+    case Aspect::kOrder:
+      SetWindowPos(window_, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+      break;
     default:
       break;
   }

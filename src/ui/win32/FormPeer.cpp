@@ -103,6 +103,9 @@ void FormPeer::Changed(Aspect aspect) {
     case Aspect::kValue:
       ApplyIcon();
       break;
+    case Aspect::kShape:
+      ApplyShape();
+      break;
     case Aspect::kColors:
       // Controls without a ground of their own show this one.
       RedrawWindow(Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
@@ -116,6 +119,12 @@ void FormPeer::SetFocus() {
   if (!Window()) return;
   if (IsIconic(Window())) ShowWindow(Window(), SW_RESTORE);
   SetForegroundWindow(Window());
+}
+
+void FormPeer::DragByMouse() {
+  if (!Window()) return;
+  ReleaseCapture();
+  SendMessageA(Window(), WM_NCLBUTTONDOWN, HTCAPTION, 0);
 }
 
 void FormPeer::Block(const ModalBlock& block) {
@@ -223,6 +232,21 @@ void FormPeer::ApplyIcon() {
   SendMessageA(Window(), WM_SETICON, ICON_BIG, large);
 }
 
+void FormPeer::ApplyShape() {
+  HRGN region = nullptr;
+  for (const PixelRun& run : form_.Shape()) {
+    const HRGN part = CreateRectRgn(run.left, run.row, run.right, run.row + 1);
+    if (!region) {
+      region = part;
+      continue;
+    }
+    CombineRgn(region, region, part, RGN_OR);
+    DeleteObject(part);
+  }
+  // The region belongs to Windows from now on.
+  SetWindowRgn(Window(), region, TRUE);
+}
+
 void FormPeer::ApplyEnabled() {
   if (!Window()) return;
   const BOOL enabled = form_.Enabled() && blocks_.empty() ? TRUE : FALSE;
@@ -299,6 +323,9 @@ LRESULT FormPeer::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_COMMAND:
       OnCommand(wParam);
       return 0;
+    case WM_HELP:
+      form_.UserHelp();
+      return TRUE;
     default:
       break;
   }

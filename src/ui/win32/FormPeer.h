@@ -27,6 +27,7 @@ class FormPeer : public Peer, public OwnWindow {
   void Changed(Aspect aspect) override;
   /// Brings the window in front of all others.
   void SetFocus() override;
+  void DragByMouse() override;
   std::uintptr_t Handle() const override { return reinterpret_cast<std::uintptr_t>(Window()); }
 
   /// The scale of the monitor that the window stands on.
@@ -47,6 +48,7 @@ class FormPeer : public Peer, public OwnWindow {
   /// To that place of the screen, in pixels, with the form's inner size.
   void MoveTo(LONG left, LONG top, UINT flags);
   void ApplyIcon();
+  void ApplyShape();
   void ApplyEnabled();
   void AttachToOwner();
   void ReleaseOwnedWindows();

@@ -3,8 +3,10 @@
 #include <wincodec.h>
 
 #include <algorithm>
-#include <span>
+#include <cstddef>
+#include <cstdint>
 #include <utility>
+#include <vector>
 
 #include "platform/win32/ComPointer.h"
 #include "ui/win32/OwnWindow.h"
@@ -16,14 +18,8 @@ using platform::win32::ComPointer;
 
 /// The bytes of the picture's file, which live as long as the picture and the program.
 std::span<const BYTE> FileOf(const Picture& picture) {
-  if (picture.resource.empty()) {
-    return {reinterpret_cast<const BYTE*>(picture.bitmapFile.data()), picture.bitmapFile.size()};
-  }
-  const HRSRC found =
-      FindResourceA(ThisModule(), picture.resource.c_str(), reinterpret_cast<LPCSTR>(RT_RCDATA));
-  const HGLOBAL loaded = found ? LoadResource(ThisModule(), found) : nullptr;
-  if (!loaded) return {};
-  return {static_cast<const BYTE*>(LockResource(loaded)), SizeofResource(ThisModule(), found)};
+  if (!picture.resource.empty()) return ResourceBytes(picture.resource);
+  return {reinterpret_cast<const BYTE*>(picture.bitmapFile.data()), picture.bitmapFile.size()};
 }
 
 /// The largest size of those proportions that fits into the box.
@@ -62,6 +58,35 @@ ComPointer<IWICBitmapSource> Convert(IWICImagingFactory& factory, IWICBitmapSour
   return ComPointer<IWICBitmapSource>::Query(scaler.Get(), IID_IWICBitmapSource);
 }
 
+/// A picture as the machine's codecs read it.
+class Source {
+ public:
+  explicit Source(const Picture& picture) {
+    const std::span<const BYTE> file = FileOf(picture);
+    if (file.empty() || FAILED(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER,
+                                                IID_IWICImagingFactory, factory_.PutVoid()))) {
+      return;
+    }
+    source_ = Decode(*factory_.Get(), file);
+    if (source_ && FAILED(source_->GetSize(&width_, &height_))) width_ = 0;
+  }
+
+  /// False when it can't be read.
+  explicit operator bool() const { return width_ > 0 && height_ > 0; }
+  UINT Width() const { return width_; }
+  UINT Height() const { return height_; }
+  /// As 32 bits a pixel.
+  ComPointer<IWICBitmapSource> InSize(SIZE size) const {
+    return Convert(*factory_.Get(), *source_.Get(), size);
+  }
+
+ private:
+  ComPointer<IWICImagingFactory> factory_;
+  ComPointer<IWICBitmapSource> source_;
+  UINT width_ = 0;
+  UINT height_ = 0;
+};
+
 HBITMAP CopyPixels(IWICBitmapSource& source, SIZE size) {
   BITMAPINFO info{};
   info.bmiHeader.biSize = sizeof info.bmiHeader;
@@ -84,19 +109,11 @@ HBITMAP CopyPixels(IWICBitmapSource& source, SIZE size) {
 }  // namespace
 
 NativeBitmap::NativeBitmap(const Picture& picture, SIZE box) {
-  const std::span<const BYTE> file = FileOf(picture);
-  ComPointer<IWICImagingFactory> factory;
-  if (file.empty() || FAILED(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER,
-                                              IID_IWICImagingFactory, factory.PutVoid()))) {
-    return;
-  }
-  const ComPointer<IWICBitmapSource> source = Decode(*factory.Get(), file);
-  UINT width = 0;
-  UINT height = 0;
-  if (!source || FAILED(source->GetSize(&width, &height)) || width == 0 || height == 0) return;
-  size_ = Fit(width, height, box);
+  const Source source(picture);
+  if (!source) return;
+  size_ = Fit(source.Width(), source.Height(), box);
   if (size_.cx <= 0 || size_.cy <= 0) return;
-  const ComPointer<IWICBitmapSource> fitted = Convert(*factory.Get(), *source.Get(), size_);
+  const ComPointer<IWICBitmapSource> fitted = source.InSize(size_);
   if (fitted) handle_ = CopyPixels(*fitted.Get(), size_);
 }
 
@@ -111,6 +128,29 @@ NativeBitmap& NativeBitmap::operator=(NativeBitmap&& other) noexcept {
 
 NativeBitmap::~NativeBitmap() {
   if (handle_) DeleteObject(handle_);
+}
+
+Pixels ReadPixels(const Picture& picture) {
+  const Source source(picture);
+  if (!source) return {};
+  const SIZE size{static_cast<LONG>(source.Width()), static_cast<LONG>(source.Height())};
+  const ComPointer<IWICBitmapSource> whole = source.InSize(size);
+  Pixels pixels{size.cx, size.cy, std::vector<std::uint32_t>(std::size_t{source.Width()} * source.Height())};
+  const UINT row = source.Width() * 4;
+  if (!whole || FAILED(whole->CopyPixels(nullptr, row, row * source.Height(),
+                                         reinterpret_cast<BYTE*>(pixels.colors.data())))) {
+    return {};
+  }
+  // The fourth byte of each pixel carries nothing.
+  for (std::uint32_t& color : pixels.colors) color &= 0xFFFFFF;
+  return pixels;
+}
+
+std::span<const BYTE> ResourceBytes(const std::string& name) {
+  const HRSRC found = FindResourceA(ThisModule(), name.c_str(), reinterpret_cast<LPCSTR>(RT_RCDATA));
+  const HGLOBAL loaded = found ? LoadResource(ThisModule(), found) : nullptr;
+  if (!loaded) return {};
+  return {static_cast<const BYTE*>(LockResource(loaded)), SizeofResource(ThisModule(), found)};
 }
 
 bool IsIcon(const Picture& picture) {

@@ -2,7 +2,11 @@
 
 #include <windows.h>
 
+#include <span>
+#include <string>
+
 #include "ui/Picture.h"
+#include "ui/Pixels.h"
 
 namespace ui::win32 {
 
@@ -25,6 +29,12 @@ class NativeBitmap {
   HBITMAP handle_ = nullptr;
   SIZE size_{};
 };
+
+/// The pixels of a picture that isn't an icon, in its own size; none when it can't be read.
+Pixels ReadPixels(const Picture& picture);
+
+/// What the program carries under that name besides its icons; it lives as long as the program.
+std::span<const BYTE> ResourceBytes(const std::string& name);
 
 /// True for a picture that the program carries as an icon.
 bool IsIcon(const Picture& picture);

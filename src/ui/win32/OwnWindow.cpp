@@ -22,12 +22,37 @@ HINSTANCE ThisModule() {
   return GetModuleHandleA(nullptr);
 }
 
+namespace {
+
+/// The picture that the shell shows for the program, in the size of that metric: every window has it that is
+/// given no other.
+HICON ProgramIcon(int metric) {
+  HICON icon = nullptr;
+  struct Request {
+    int side;
+    HICON& icon;
+    static BOOL CALLBACK TakeFirst(HMODULE module, LPCSTR, LPSTR name, LONG_PTR self) {
+      const auto& request = *reinterpret_cast<Request*>(self);
+      request.icon =
+          static_cast<HICON>(LoadImageA(module, name, IMAGE_ICON, request.side, request.side, LR_SHARED));
+      return FALSE;
+    }
+  } request{GetSystemMetrics(metric), icon};
+  EnumResourceNamesA(ThisModule(), reinterpret_cast<LPCSTR>(RT_GROUP_ICON), &Request::TakeFirst,
+                     reinterpret_cast<LONG_PTR>(&request));
+  return icon;
+}
+
+}  // namespace
+
 void OwnWindow::Create(const Creation& creation) {
   WNDCLASSEXA windowClass{};
   windowClass.cbSize = sizeof windowClass;
   if (!GetClassInfoExA(ThisModule(), creation.className, &windowClass)) {
     windowClass.lpfnWndProc = Procedure;
     windowClass.hInstance = ThisModule();
+    windowClass.hIcon = ProgramIcon(SM_CXICON);
+    windowClass.hIconSm = ProgramIcon(SM_CXSMICON);
     windowClass.hCursor = LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(IDC_ARROW));
     windowClass.lpszClassName = creation.className;
     RegisterClassExA(&windowClass);

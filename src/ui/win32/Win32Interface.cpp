@@ -54,7 +54,7 @@ Win32Interface::Win32Interface() {
   InitCommonControlsEx(&classes);
   parts_ = std::make_unique<Parts>(onSessionEnd);
   LetThrough(parts_->surroundings.taskBarCreated);
-  TheInterface() = {&parts_->toolkit, &parts_->dialogs, &parts_->clipboard, &parts_->surroundings.screen};
+  TheInterface() = {&parts_->toolkit, &parts_->dialogs, &parts_->clipboard, &parts_->surroundings.screen, {}};
 }
 
 Win32Interface::~Win32Interface() {

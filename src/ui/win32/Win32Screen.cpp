@@ -1,5 +1,6 @@
 #include "ui/win32/Win32Screen.h"
 
+#include "ui/win32/NativeBitmap.h"
 #include "ui/win32/OwnWindow.h"
 
 namespace ui::win32 {
@@ -12,6 +13,15 @@ Win32Screen::~Win32Screen() {
 
 std::uintptr_t Win32Screen::SmallIcon(const PictureRef& picture) {
   return reinterpret_cast<std::uintptr_t>(Icon(picture, GetSystemMetrics(SM_CXSMICON)));
+}
+
+Pixels Win32Screen::PixelsOf(const PictureRef& picture) const {
+  return picture ? ReadPixels(*picture) : Pixels{};
+}
+
+std::vector<std::byte> Win32Screen::Resource(const std::string& name) const {
+  const auto bytes = std::as_bytes(ResourceBytes(name));
+  return {bytes.begin(), bytes.end()};
 }
 
 HICON Win32Screen::LargeIcon(const PictureRef& picture) {

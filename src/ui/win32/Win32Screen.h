@@ -5,6 +5,7 @@
 #include <map>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "ui/Toolkit.h"
 #include "ui/win32/Scale.h"
@@ -24,6 +25,8 @@ class Win32Screen : public Screen {
   float TwipsPerPixelY() const override { return TwipsPerPixel(scale_.DotsPerInch()); }
   /// A picture that isn't among the program's own icons has none.
   std::uintptr_t SmallIcon(const PictureRef& picture) override;
+  Pixels PixelsOf(const PictureRef& picture) const override;
+  std::vector<std::byte> Resource(const std::string& name) const override;
   HICON LargeIcon(const PictureRef& picture);
   /// The picture in the form that is drawn for that many pixels each way, or the nearest scaled to it. Null
   /// for none; kept as long as the screen.

@@ -41,7 +41,8 @@ WORD TakeKey(std::string_view& keys) {
       {"ENTER", WORD{VK_RETURN}}, {"ESC", WORD{VK_ESCAPE}},  {"TAB", WORD{VK_TAB}},
       {"SPACE", WORD{VK_SPACE}},  {"UP", WORD{VK_UP}},       {"DOWN", WORD{VK_DOWN}},
       {"LEFT", WORD{VK_LEFT}},    {"RIGHT", WORD{VK_RIGHT}}, {"HOME", WORD{VK_HOME}},
-      {"END", WORD{VK_END}},      {"ALT", WORD{VK_MENU}},    {"F4", WORD{VK_F4}}};
+      {"END", WORD{VK_END}},      {"ALT", WORD{VK_MENU}},    {"F1", WORD{VK_F1}},
+      {"F4", WORD{VK_F4}}};
   if (keys.front() != '{') {
     const SHORT code = VkKeyScanA(keys.front());
     keys.remove_prefix(1);

@@ -26,6 +26,7 @@ class RecordingToolkit : public ui::HeadlessToolkit {
     /// What only the peer of a list view learns: "added 0 1", "changed 3", "see 4", "edit 2", "fit 1 header".
     std::vector<std::string> rows;
     int focus = 0;
+    int drags = 0;
   };
 
   std::unique_ptr<ui::Peer> CreatePeer(ui::Control& control) override;
@@ -38,6 +39,7 @@ class RecordingToolkit : public ui::HeadlessToolkit {
     return std::exchange(told_[&control].rows, {});
   }
   int TakeFocus(const ui::Control& control) { return std::exchange(told_[&control].focus, 0); }
+  int TakeDrags(const ui::Control& control) { return std::exchange(told_[&control].drags, 0); }
 
   /// "make NAME" and "take NAME" for each peer, in order.
   std::vector<std::string> peers;
@@ -66,6 +68,7 @@ class RecordingToolkit::RecordingPeer : public ui::ListViewPeer {
 
   void Changed(ui::Aspect aspect) override { Told().changes.push_back(aspect); }
   void SetFocus() override { ++Told().focus; }
+  void DragByMouse() override { ++Told().drags; }
   std::uintptr_t Handle() const override { return handle_; }
   void RowsAdded(std::size_t first, std::size_t count) override {
     Row("added " + std::to_string(first) + " " + std::to_string(count));

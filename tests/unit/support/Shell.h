@@ -20,6 +20,9 @@ class Shell {
  public:
   static constexpr const char* kClass = "Test.Router";
 
+  /// The title window, which takes seven seconds of the clock, is switched off.
+  Shell() { Store("ShowSplashOnStartup", "False"); }
+
   /// The plug-in stands selected, as after a save of the running version.
   void SelectRouter() {
     Store("Version", modCommon::GetVersionString());

@@ -129,9 +129,18 @@ class FakeWindowList : public platform::WindowList {
 class RecordingShell : public platform::Shell {
  public:
   std::vector<std::string> opened;
+  std::intptr_t answer = 33;
   std::intptr_t Open(const std::string& target) override {
     opened.push_back(target);
-    return 33;
+    return answer;
+  }
+  /// Files that were shown, and the windows that they were shown in front of.
+  std::vector<std::string> shown;
+  std::vector<std::uintptr_t> inFrontOf;
+  bool Show(std::uintptr_t window, const std::string& file) override {
+    shown.push_back(file);
+    inFrontOf.push_back(window);
+    return answer > 32;
   }
 };
 

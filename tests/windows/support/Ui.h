@@ -59,6 +59,11 @@ std::string TextOf(HWND window);
 /// Presses and releases the key as a keyboard would.
 void PressKey(WORD key);
 
+/// Moves the mouse to the place on the screen.
+void MoveMouse(int x, int y);
+/// Presses or releases its left button.
+void PressMouse(bool down);
+
 /// Clicks with the left button at the place on the screen as a mouse would.
 void ClickAt(int x, int y);
 

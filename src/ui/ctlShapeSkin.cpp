@@ -1,0 +1,84 @@
+#include "ui/ctlShapeSkin.h"
+
+#include <cmath>
+#include <utility>
+
+#include "ui/Form.h"
+#include "ui/Toolkit.h"
+#include "ui/modPictureHelper.h"
+
+namespace {
+
+constexpr const char* kPictureSkin = "PictureSkin";
+
+ui::Twips InTwips(std::int32_t pixels, float twipsPerPixel) {
+  return static_cast<ui::Twips>(std::lround(static_cast<float>(pixels) * twipsPerPixel));
+}
+
+}  // namespace
+
+ctlShapeSkin::ctlShapeSkin(ui::Control* parent, std::string name)
+    : UserControl(parent, std::move(name), 0, 0), picSkin(this, "picSkin") {
+  picSkin.MouseDown.Connect<&ctlShapeSkin::picSkin_MouseDown>(this);
+}
+
+void ctlShapeSkin::PictureSkin(ui::PictureRef picture) {
+  const ui::Screen& screen = *ui::TheInterface().screen;
+  const ui::Pixels pixels = screen.PixelsOf(picture);
+  picSkin.Picture(std::move(picture));
+  picSkin.Move(0, 0, InTwips(pixels.width, screen.TwipsPerPixelX()),
+               InTwips(pixels.height, screen.TwipsPerPixelY()));
+}
+
+void ctlShapeSkin::WriteProperties(ui::PropertyBag& bag) const {
+  bag[kPictureSkin] = modPictureHelper::PictureToArray(PictureSkin());
+}
+
+void ctlShapeSkin::ReadProperties(const ui::PropertyBag& bag) {
+  const auto property = bag.find(kPictureSkin);
+  if (property != bag.end()) PictureSkin(modPictureHelper::ArrayToPicture(property->second));
+}
+
+std::vector<ui::PixelRun> ctlShapeSkin::BuildRegion(const ui::Pixels& pixels) {
+  std::vector<ui::PixelRun> runs;
+  if (pixels.width <= 0 || pixels.height <= 0) return runs;
+  const std::uint32_t transparent = pixels.At(0, 0);
+  for (std::int32_t row = 0; row < pixels.height; ++row) {
+    std::int32_t start = -1;
+    for (std::int32_t x = 0; x <= pixels.width; ++x) {
+      const bool drawn = x < pixels.width && pixels.At(x, row) != transparent;
+      if (drawn && start < 0) start = x;
+      if (drawn || start < 0) continue;
+      runs.push_back({start, x, row});
+      start = -1;
+    }
+  }
+  return runs;
+}
+
+void ctlShapeSkin::OnShow() {
+  const ui::Pixels pixels = ui::TheInterface().screen->PixelsOf(PictureSkin());
+  ui::Form* const form = ParentForm();
+  // Without a picture the window keeps its size: one of no size could neither be seen nor found.
+  if (form && !pixels.colors.empty()) {
+    form->Move(form->Left(), form->Top(), picSkin.Width(), picSkin.Height());
+    form->Shape(BuildRegion(pixels));
+  }
+  Fit();
+}
+
+void ctlShapeSkin::Fit() {
+  Move(Left(), Top(), picSkin.Width(), picSkin.Height());
+  if (!Parent()) return;
+  for (ui::Control* control : Parent()->Children()) {
+    auto* const skin = dynamic_cast<ctlShapeSkin*>(control);
+    if (!skin) continue;
+    skin->Move(0, 0, skin->Width(), skin->Height());
+    skin->SendToBack();
+    return;
+  }
+}
+
+void ctlShapeSkin::picSkin_MouseDown() {
+  if (Parent() && Parent()->GetKind() == ui::Kind::kForm) static_cast<ui::Form*>(Parent())->DragByMouse();
+}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "ui/Image.h"
+#include "ui/Pixels.h"
+#include "ui/UserControl.h"
+
+namespace ui {
+
+/// The stored properties of a control, by name.
+using PropertyBag = std::map<std::string, std::vector<std::byte>>;
+
+}  // namespace ui
+
+/// Gives a borderless window the outline of a picture. When the window comes up it takes the picture's size,
+/// one pixel of the screen for each of the picture, and its shape: all pixels but those of the colour that
+/// the topmost pixel at the left has. The window can be dragged by the picture. Other controls on the window
+/// stay in front of it.
+class ctlShapeSkin : public ui::UserControl {
+ public:
+  ctlShapeSkin(ui::Control* parent, std::string name);
+
+  /// A picture that is set while the window is up changes the picture and not the window's shape.
+  const ui::PictureRef& PictureSkin() const { return picSkin.Picture(); }
+  void PictureSkin(ui::PictureRef picture);
+
+  /// The picture is stored under "PictureSkin" as the bytes of its file.
+  void WriteProperties(ui::PropertyBag& bag) const;
+  /// A bag without that property leaves the picture as it is.
+  void ReadProperties(const ui::PropertyBag& bag);
+
+  /// The runs of pixels that aren't of the transparent colour, row by row. None for a picture of one colour.
+  static std::vector<ui::PixelRun> BuildRegion(const ui::Pixels& pixels);
+
+ protected:
+  void OnShow() override;
+  void OnResize() override { Fit(); }
+
+ private:
+  void Fit();
+  void picSkin_MouseDown();
+
+  ui::Image picSkin;
+};
