@@ -5,6 +5,23 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 build=$root/build
 mkdir -p "$build/logs"
 
+# The build that runs under Wine: that for 64-bit Windows, unless HARBOURLINE_PRESET names the other one. What the two leave
+# in one place (prefixes of Wine, logs, pictures) is told apart by what is added to its name.
+preset=${HARBOURLINE_PRESET:-windows-x64}
+# Not every script needs both.
+# shellcheck disable=SC2034
+case $preset in
+  windows-x64) bits=64 apart='' ;;
+  windows-x86) bits=32 apart=-32 ;;
+  *)
+    printf 'Error: HARBOURLINE_PRESET is no build for Windows: %s\n' "$preset" >&2
+    exit 1
+    ;;
+esac
+
+# True when what is in build/ is to be run as it is: nothing is installed, and nothing built.
+already_built() { [ -n "${HARBOURLINE_BUILT:-}" ]; }
+
 # What the script is doing.
 say() { printf '==> %s\n' "$*"; }
 # Something that the reader should know, while the script goes on.

@@ -1,5 +1,6 @@
 # shellcheck shell=bash
-# The state in which a newcomer finds Harbourline: the practice router announced, three profiles, the wizard done.
+# The state in which a newcomer finds Harbourline: the practice router announced, as an installer does it, and three
+# profiles. The first start leads through the Setup Wizard.
 
 demo_section='HKEY_CURRENT_USER\Software\Harbourline\RouterSection'
 practice_router=Harbourline.PracticeRouter
@@ -9,9 +10,6 @@ demo_settings() {
 REGEDIT4
 
 [$demo_section]
-"Version"="$(project_version)"
-"RouterClass"="$practice_router"
-"ShowSplashOnStartup"="False"
 "MapProfileCount"="3"
 END
   demo_profile 1 'Game server' 'Friends join the game on this computer' 'Game' 27015 27030 1
@@ -44,7 +42,7 @@ stored_setting() {
 
 # Registers the practice router, and writes the settings when there are none. An installer does the same two things.
 demo_install() {
-  wine_register "$root/build/windows-x64/plug-ins/practice-router/PracticeRouter.dll"
+  wine_register "$build/$preset/plug-ins/practice-router/PracticeRouter.dll"
   local settings
   if ! settings=$(wine reg query "$demo_section" 2>/dev/null | tr -d '\r'); then
     demo_settings >"$build/wine/demo.reg"

@@ -2,29 +2,29 @@
 # The tour: the built program on a virtual screen, used by a real mouse and real keys, with a picture of each step.
 # A step that doesn't happen ends it.
 
-pictures=$build/tour
+pictures=$build/tour$apart
 table=$pictures/router-table.txt
 picture_number=0
 
-driver() { wine build/windows-x64/tests/e2e/driver/driver.exe "$@"; }
+driver() { wine build/$preset/tests/e2e/driver/driver.exe "$@"; }
 
 # The tour's own failure: says what didn't happen, and what the screen shows.
 lost() {
   import -window root "$pictures/failure.png" || true
   {
     echo "The tour ends here: $*."
-    echo 'On the screen (build/tour/failure.png):'
+    echo "On the screen (${pictures#"$root"/}/failure.png):"
     driver windows | cut -f 6- || true
   } >&2
   exit 1
 }
 
-# picture NAME WORDS: a picture of the screen when it has come to rest, and what it shows.
+# picture NAME WORDS: a picture of the screen when it has come to rest, and what it shows. With at_once it doesn't wait.
 picture() {
   picture_number=$((picture_number + 1))
   local file
   file=$(printf '%s/%02d-%s.png' "$pictures" "$picture_number" "$1")
-  until_true 5 screen_rests || true
+  [ -n "${at_once:-}" ] || until_true 5 screen_rests || true
   import -window root "$file"
   printf '%2d. %-70s %s\n' "$picture_number" "$2" "${file#"$root"/}"
 }
@@ -179,11 +179,11 @@ tour() {
   trap tour_end EXIT
   screen_start
   wine reg delete 'HKEY_CURRENT_USER\Software\Harbourline' /f >/dev/null 2>&1 || true
-  rm -f "$build/windows-x64/src/RouterLog.dat"
+  rm -f "$build/$preset/src/RouterLog.dat"
   demo_install
 
   say 'The tour'
-  start_program build/windows-x64/src
+  chapter_first_start
   chapter_menu
   chapter_pages
   chapter_profile

@@ -1,5 +1,6 @@
 # shellcheck shell=bash
-# A Wine of our own for every purpose (run, tour, tests): a prefix under build/wine that nothing else uses.
+# A Wine of our own for every purpose (run, tour, tests): a prefix under build/wine that nothing else uses. The
+# one of a 32-bit program is 32-bit Windows.
 
 # What every prefix is told before its first use.
 wine_settings() {
@@ -18,8 +19,8 @@ END
 
 # wine_prefix NAME: takes the prefix of that name for all further calls, and makes it when it isn't there yet.
 wine_prefix() {
-  export WINEPREFIX=$build/wine/$1
-  export WINEARCH=win64 WINEDEBUG=-all
+  export WINEPREFIX=$build/wine/$1$apart
+  export WINEARCH=win$bits WINEDEBUG=-all
   # No .NET, no browser engine, no entries in the desktop's own menus.
   export WINEDLLOVERRIDES='mscoree,mshtml,winemenubuilder.exe='
 
