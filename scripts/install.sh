@@ -1,11 +1,19 @@
 # shellcheck shell=bash
-# Installs what packages.txt lists and the machine lacks. Nothing is asked of the network when nothing is missing.
+# Installs what packages.txt lists and the machine lacks, and fetches the source of miniupnpc. Nothing is asked of the
+# network when nothing is missing.
+
+source "$(dirname "${BASH_SOURCE[0]}")/debian-source.sh"
+
+# listed_packages WORDS: those below the headings with these words; all without words.
+listed_packages() {
+  awk -v words="$1" '/^#/ { wanted = words == "" || index($0, words) } /^[^#]/ && wanted { print $1 }' "$root/scripts/packages.txt"
+}
 
 missing_packages() {
   local package
   while read -r package; do
     [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || printf '%s\n' "$package"
-  done < <(sed 's/#.*//' "$root/scripts/packages.txt" | tr -d ' \t' | sed '/^$/d')
+  done < <(listed_packages '')
 }
 
 install_packages() {
@@ -13,6 +21,7 @@ install_packages() {
     warn "this isn't a Debian machine: what is needed stands in scripts/packages.txt; going on with what is here"
     return
   fi
+  fetch_miniupnpc_source
   local missing
   mapfile -t missing < <(missing_packages)
   ((${#missing[@]})) || return 0

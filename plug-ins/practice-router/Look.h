@@ -1,47 +1,17 @@
 #pragma once
 
-#include <windows.h>
-
-#include <string>
+#include "HarbourlineLook.h"
 
 namespace practice {
 
-inline constexpr COLORREF kTitleColour = RGB(51, 153, 102);
-inline constexpr COLORREF kHelpColour = RGB(0, 128, 128);
-inline constexpr COLORREF kDarkRed = RGB(128, 0, 0);
-inline constexpr COLORREF kNavy = RGB(0, 0, 128);
-inline constexpr COLORREF kGroundColour = RGB(253, 235, 200);
-
-/// Dots per inch of the screen that shows the window.
-int DpiOf(HWND window);
-
-void SetFont(HWND control, HFONT font);
-void SetFontOfChildren(HWND window, HFONT font);
-
-/// Fonts, ground and lengths for one resolution.
-class Look {
- public:
-  explicit Look(int dpi);
-  ~Look();
-  Look(const Look&) = delete;
-  Look& operator=(const Look&) = delete;
-
-  HFONT Text() const { return text_; }
-  HFONT Heading() const { return heading_; }
-  HFONT Title() const { return title_; }
-  HBRUSH Ground() const { return ground_; }
-
-  /// Pixels for a length in pixels at 96 dpi.
-  int Px(int length) const { return MulDiv(length, dpi_, 96); }
-  SIZE Measure(HFONT font, const std::wstring& text) const;
-  int LineHeight() const { return Measure(text_, L"Wg").cy; }
-
- private:
-  int dpi_;
-  HFONT text_;
-  HFONT heading_;
-  HFONT title_;
-  HBRUSH ground_;
-};
+using harbourline::DpiOf;
+using harbourline::kDarkRed;
+using harbourline::kGroundColour;
+using harbourline::kHelpColour;
+using harbourline::kNavy;
+using harbourline::kTitleColour;
+using harbourline::Look;
+using harbourline::SetFont;
+using harbourline::SetFontOfChildren;
 
 }  // namespace practice

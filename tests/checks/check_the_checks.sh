@@ -66,12 +66,43 @@ expect_help() {
   judge "$result" check-help "$file: ${change:-as it should be}"
 }
 
+# expect_fault FAULT SOURCE OPTION...: what check-binaries says first of a program that is made of a C++ source with these options
+# of the linker; nothing for a good one.
+expect_fault() {
+  local fault=$1 source=$2 said
+  shift 2
+  printf '%s\n' "$source" >"$place/binary/program.cpp"
+  (cd "$place/binary" && x86_64-w64-mingw32-g++-posix -o program.exe program.cpp resources.o -mwindows -static -s \
+    -Wl,--dynamicbase,--nxcompat,--high-entropy-va,--no-insert-timestamp "$@")
+  said=$("$scripts/check-binaries" "$place/binary/program.exe" | sed -n '1s/^[^:]*: //p' || true)
+  if [ "$said" = "$fault" ]; then
+    echo "ok: check-binaries says: ${fault:-nothing}"
+  else
+    echo "WRONG: check-binaries says: ${said:-nothing}; and should say: ${fault:-nothing}"
+    wrong=1
+  fi
+}
+
+# resources [CHANGE]: the program's own resources for expect_fault, with a CHANGE by sed.
+resources() {
+  rm -rf "$place/binary"
+  mkdir -p "$place/binary"
+  cp "$here/../../src/Harbourline.rc" "$here/../../src/Harbourline.manifest" "$place/binary"
+  : >"$place/binary/pictures.rc"
+  if (($#)); then sed -i "$1" "$place/binary/Harbourline.rc" "$place/binary/Harbourline.manifest"; fi
+  (cd "$place/binary" && x86_64-w64-mingw32-windres -DHARBOURLINE_VERSION_MAJOR=1 -DHARBOURLINE_VERSION_MINOR=0 \
+    -DHARBOURLINE_VERSION_REVISION=0 Harbourline.rc resources.o)
+}
+
 expect passes check-headers src/model/A.cpp '#include <vector>'
 expect passes check-headers src/model/A.cpp '#include "shell/Known.h"'
 expect passes check-headers src/platform/win32/A.cpp '#include <windows.h>'
 expect passes check-headers src/main.cpp '#include <windows.h>'
 expect passes check-headers src/main.cpp '#include "platform/win32/Known.h"'
 expect passes check-headers plug-ins/sdk/A.h '#include <oleauto.h>'
+expect passes check-headers plug-ins/upnp/A.cpp '#include <winsock2.h>'
+expect passes check-headers plug-ins/upnp/log/A.cpp '#include <chrono>'
+expect passes check-headers tests/upnp/windows/A.cpp '#include <windows.h>'
 expect passes check-headers tests/windows/A.cpp '#include <shellapi.h>'
 expect passes check-headers tests/unit/A.cpp '#include <gtest/gtest.h>'
 expect passes check-headers bench/win32/A.cpp '#include <windows.h>'
@@ -81,6 +112,9 @@ expect fails check-headers src/model/A.cpp '#include <sys/stat.h>'
 expect fails check-headers src/model/A.cpp '#include "platform/win32/Known.h"'
 expect fails check-headers src/platform/A.h '#include <winsock2.h>'
 expect fails check-headers tests/unit/A.cpp '#include <windows.h>'
+expect fails check-headers tests/upnp/unit/A.cpp '#include <windows.h>'
+expect fails check-headers plug-ins/upnp/log/A.cpp '#include <winsock2.h>'
+expect fails check-headers plug-ins/upnp/rules/A.h '#include <windows.h>'
 expect fails check-headers bench/A.cpp '#include <windows.h>'
 expect fails check-headers src/model/A.cpp '#include "windows.h"'
 expect fails check-headers src/shell/A.cpp '#include "Known.h"'
@@ -113,5 +147,27 @@ expect_help fails help/1000.html 's,<h1\(.*\)h1>,<p\1p>,'
 expect_help fails help/help.css 's/dot.svg/dash.svg/'
 expect_help fails src/Page.cpp 's/1000/1010/'
 expect_help fails src/Page.cpp 's/HelpContextID/Topic/'
+
+main='extern "C" int WinMain() { return 0; }'
+resources
+expect_fault '' "$main"
+expect_fault 'the system may not choose its address' "$main" -Wl,--disable-dynamicbase
+expect_fault 'its data may be run' "$main" -Wl,--disable-nxcompat
+expect_fault "it doesn't take addresses from all of the address space" "$main" -Wl,--disable-high-entropy-va
+expect_fault 'it has no relocations' "$main" -Wl,--disable-reloc-section
+expect_fault 'section .mixed may be written and run' "asm(\".section .mixed,\\\"wx\\\"\\n nop\\n .text\"); $main"
+expect_fault 'it needs WINMM.dll' "extern \"C\" int timeGetTime(); extern \"C\" int WinMain() { return timeGetTime(); }" -lwinmm
+expect_fault 'it tells the time of its build' "$main" -Wl,--insert-timestamp
+path=$(cd "$scripts/.." && pwd)/src/main.cpp
+expect_fault "it tells a path of the machine that built it: $path" "extern \"C\" const char kept[] = \"$path\";
+extern \"C\" int WinMain() { return kept[0]; }" -Wl,--undefined=kept
+resources '/VS_VERSION_INFO/,$d'
+expect_fault 'it has no version information' "$main"
+resources 's/"ProductName"/"Name"/'
+expect_fault 'its version information lacks ProductName' "$main"
+resources '/RT_MANIFEST/d'
+expect_fault 'it has no manifest' "$main"
+resources 's/asInvoker/requireAdministrator/'
+expect_fault 'its manifest lacks: no elevation' "$main"
 
 exit "$wrong"

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <string>
+
+#include "rules/Gateway.h"
+
+namespace upnp {
+
+/// A WAN connection of a real router, by miniupnpc. Each call takes kCallTime at most, and ends soon after
+/// `calledOff` has become true.
+class MiniupnpcGateway final : public Gateway {
+ public:
+  static constexpr std::chrono::seconds kCallTime{15};
+
+  MiniupnpcGateway(std::string controlUrl, std::string serviceType, const std::atomic<bool>& calledOff,
+                   std::chrono::milliseconds callTime = kCallTime);
+
+  Answer Add(const PortMapping& mapping) override;
+  Answer Delete(const PortKey& key) override;
+  Answer EntryAt(std::uint32_t index, PortMapping& mapping) override;
+  Answer Entry(const PortKey& key, PortMapping& mapping) override;
+  Answer ExternalAddress(std::string& address) override;
+  Answer Status(ConnectionStatus& status) override;
+
+  /// These two keep several calls under way at once, since most of a call is waiting.
+  std::vector<Added> AddAll(std::span<const PortMapping> mappings, bool readBack) override;
+  std::vector<Lookup> Entries(std::span<const PortKey> keys) override;
+
+ private:
+  Answer Call(const std::function<int()>& call) const;
+
+  std::string controlUrl_;
+  std::string serviceType_;
+  const std::atomic<bool>& calledOff_;
+  std::chrono::milliseconds callTime_;
+};
+
+}  // namespace upnp

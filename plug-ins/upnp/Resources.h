@@ -1,0 +1,4 @@
+#pragma once
+
+#define IDI_ROUTER 1
+#define IDD_CONFIGURE 2

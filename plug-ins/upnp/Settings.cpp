@@ -1,0 +1,45 @@
+#include "Settings.h"
+
+#include "HarbourlineSettings.h"
+#include "Text.h"
+
+namespace upnp {
+
+using harbourline::SettingsKey;
+
+namespace {
+
+constexpr wchar_t kPath[] = L"Software\\Harbourline UPnP Router";
+
+}  // namespace
+
+Settings Settings::Load() {
+  Settings settings;
+  const SettingsKey key(kPath, SettingsKey::Access::kRead);
+  settings.chosenDevice = Utf8(key.ReadText(L"ChosenRouter", {}));
+  settings.enableLog = key.ReadFlag(L"EnableLog", settings.enableLog);
+  const DWORD port = key.ReadNumber(L"SyslogPort", settings.syslogPort);
+  if (port >= 1 && port <= 65535) settings.syslogPort = static_cast<std::uint16_t>(port);
+  return settings;
+}
+
+void Settings::Save() const {
+  const SettingsKey key(kPath, SettingsKey::Access::kWrite);
+  key.WriteText(L"ChosenRouter", Wide(chosenDevice));
+  key.WriteNumber(L"EnableLog", enableLog);
+  key.WriteNumber(L"SyslogPort", syslogPort);
+}
+
+std::string StoredMappings::LoadMappings() {
+  return Utf8(SettingsKey(kPath, SettingsKey::Access::kRead).ReadText(L"Mappings", {}));
+}
+
+void StoredMappings::SaveMappings(const std::string& text) {
+  try {
+    SettingsKey(kPath, SettingsKey::Access::kWrite).WriteText(L"Mappings", Wide(text));
+  } catch (const harbourline::Failure&) {
+    return;
+  }
+}
+
+}  // namespace upnp

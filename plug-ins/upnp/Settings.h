@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "rules/OwnMappings.h"
+
+namespace upnp {
+
+/// What the plug-in remembers from run to run, under HKEY_CURRENT_USER\Software\Harbourline UPnP Router.
+struct Settings {
+  std::string chosenDevice;  ///< identifier of the router that the user chose; empty: the plug-in chooses
+  bool enableLog = false;
+  std::uint16_t syslogPort = 514;
+
+  /// A value that is missing or of another kind keeps its default.
+  static Settings Load();
+  /// Throws harbourline::Failure when the registry refuses.
+  void Save() const;
+};
+
+/// The list of our mappings, under the same key.
+class StoredMappings final : public MappingStore {
+ public:
+  std::string LoadMappings() override;
+  /// A registry that refuses isn't told: the leases end by themselves.
+  void SaveMappings(const std::string& text) override;
+};
+
+}  // namespace upnp

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "rules/Clock.h"
+#include "rules/Gateway.h"
+
+namespace upnp {
+
+/// Entries that a reading of a router's table asks for at most.
+inline constexpr std::uint32_t kMostTableEntries = 10000;
+
+/// What a reading of the whole table found.
+struct TableReading {
+  std::vector<PortMapping> entries;
+  bool complete = false;  ///< the router said where its table ends
+  bool noAnswer = false;  ///< the router fell silent
+};
+
+/// Reads the table entry by entry, to its end, to kMostTableEntries, to `deadline`, until the router says the
+/// same entry again and again, or until `goOn` answers false.
+TableReading ReadTable(Gateway& gateway, const Clock& clock, Moment deadline,
+                       const std::function<bool()>& goOn);
+
+/// What we know about the ports of a router. A port that was asked for and isn't there is known to be free.
+class KnownPorts {
+ public:
+  enum class State { kUnknown, kFree, kTaken };
+
+  void Learn(const PortMapping& mapping) { ports_[mapping.Key()] = mapping; }
+  void LearnFree(const PortKey& key);
+  /// Every port that wasn't learned is free.
+  void LearnAll() { complete_ = true; }
+
+  State StateOf(const PortKey& key) const;
+  /// The mapping of a port that is taken, else null.
+  const PortMapping* Find(const PortKey& key) const;
+  const std::map<PortKey, PortMapping>& Taken() const { return ports_; }
+
+ private:
+  std::map<PortKey, PortMapping> ports_;
+  std::set<PortKey> free_;
+  bool complete_ = false;
+};
+
+}  // namespace upnp
