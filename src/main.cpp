@@ -11,9 +11,16 @@
 
 namespace {
 
-/// No library is taken from the current folder, which may be any folder that the user works in.
+/// No library is taken from the current folder, which may be any folder that the user works in, nor from the
+/// program's own or from those of the path. A plug-in is found by its full path and may bring libraries
+/// beside it.
 void SearchLibrariesInSystemFoldersOnly() {
   SetDllDirectoryA("");
+  // Windows 7 has it by an update only.
+  using SetFolders = BOOL(WINAPI*)(DWORD);
+  const auto setFolders = reinterpret_cast<SetFolders>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("kernel32.dll"), "SetDefaultDllDirectories")));
+  if (setFolders) setFolders(LOAD_LIBRARY_SEARCH_SYSTEM32 | LOAD_LIBRARY_SEARCH_USER_DIRS);
 }
 
 int Run() {
