@@ -40,14 +40,16 @@ stored_setting() {
   wine reg query "$demo_section" /v "$1" 2>/dev/null | tr -d '\r' | sed -n "s/^ *$1 *REG_SZ *//p"
 }
 
-# Registers the practice router, and writes the settings when there are none. An installer does the same two things.
+demo_profiles() {
+  demo_settings >"$build/wine/demo.reg"
+  logged demo-settings wine reg import "$(wine_path "$build/wine/demo.reg")"
+}
+
+# Registers and announces the practice router, as the installer does, and brings the profiles when there are no settings.
 demo_install() {
   wine_register "$build/$preset/plug-ins/practice-router/PracticeRouter.dll"
   local settings
-  if ! settings=$(wine reg query "$demo_section" 2>/dev/null | tr -d '\r'); then
-    demo_settings >"$build/wine/demo.reg"
-    logged demo-settings wine reg import "$(wine_path "$build/wine/demo.reg")"
-  fi
+  if ! settings=$(wine reg query "$demo_section" 2>/dev/null | tr -d '\r'); then demo_profiles; fi
   if ! grep -qE "^ *Router(PlugIn)?_[0-9]+ .*$practice_router\$" <<<"$settings"; then
     logged demo-announcement wine reg add "$demo_section" /v RouterPlugIn_1 /d "$practice_router" /f
   fi

@@ -3,7 +3,8 @@
 
 # The first start: the wizard leads through the choice of the router, then the title window is up for its seven seconds.
 chapter_first_start() {
-  HARBOURLINE_PRACTICE_TABLE=$(wine_path "$table") wine build/$preset/src/Harbourline.exe 2>>"$build/logs/tour-wine.log" &
+  HARBOURLINE_PRACTICE_TABLE=$(wine_path "$table") wine "$program_folder/Harbourline.exe" \
+    2>>"$build/logs/tour-wine.log" &
   program=$!
   until_true 30 shown frmWizard || lost 'the first start shows no Setup Wizard'
   move_icon_area
@@ -288,11 +289,11 @@ chapter_exit() {
   [ "$(stored_setting Router_1)" = "$practice_router" ] || lost 'the settings have lost the router'
   [ "$(stored_setting RouterClass)" = "$practice_router" ] || lost 'the settings have lost the choice of the router'
   [ -z "$(stored_setting RouterPlugIn_1)" ] || lost "the plug-in's announcement is still in the settings"
-  cp build/$preset/src/RouterLog.dat "$pictures/RouterLog.dat"
+  cp "$program_folder/RouterLog.dat" "$pictures/RouterLog.dat"
   [ "$(wc -l <"$pictures/RouterLog.dat")" -ge 56 ] || lost 'the log was not kept'
   picture gone 'The program is gone, and its settings are saved'
 
-  start_program build/$preset/src
+  start_program "$program_folder"
   until_true 10 table_has 'Game server' || lost "'Game server' isn't on again after the start"
   open_window
   until_true 10 shown ctlMapProfile || lost 'the window opens on another page than before'
@@ -317,7 +318,7 @@ hidden() { ! shown "$1"; }
 chapter_second_installation() {
   local second=$pictures/second
   mkdir -p "$second"
-  cp -r build/$preset/src/{Harbourline.exe,Help,License.rtf,Ports.dat} "$second"
+  cp -r "$program_folder"/{Harbourline.exe,Help,License.rtf,Ports.dat} "$second"
   wine reg delete 'HKEY_CURRENT_USER\Software\Harbourline' /f >/dev/null 2>&1 || true
   wine reg add "$demo_section" /v ShowSplashOnStartup /d False /f >/dev/null
   HARBOURLINE_PRACTICE_TABLE=$(wine_path "$table") wine "$second/Harbourline.exe" 2>>"$build/logs/tour-wine.log" &

@@ -171,16 +171,39 @@ exit_program() {
   ((status == 0)) || lost "the program ended with exit code $status"
 }
 
+# Installs what is built, silently, and goes on the tour with that.
+install_program() {
+  local package=$build/tour-package$apart width=${preset#windows-} name=Harbourline
+  [ "$bits" = 64 ] || name='Harbourline (32-bit)'
+  logged tour-package scripts/package --width "$width" --from "$build/$preset" --to "$package"
+  logged tour-setup wine "$package/Harbourline-$(project_version)-$width-setup.exe" /S
+  program_folder="$WINEPREFIX/drive_c/users/$(id -un)/AppData/Local/Programs/$name"
+  [ -f "$program_folder/Harbourline.exe" ] || fail 'the installer has installed nothing'
+  # What is registered in this prefix is no longer what is built.
+  rm -f "$WINEPREFIX"/registered-*
+  demo_profiles
+}
+
+remove_program() {
+  logged tour-removal wine "$program_folder/Uninstall.exe" /S /PURGE
+  until_true 20 test ! -e "$program_folder" || lost 'the uninstaller leaves something'
+}
+
+# tour [installed]: with the program as it is built, or as its installer leaves it.
 tour() {
-  local x y width height program before after
+  local x y width height program before after program_folder=$build/$preset/src
   rm -rf "$pictures"
   mkdir -p "$pictures"
   wine_prefix tour
   trap tour_end EXIT
   screen_start
   wine reg delete 'HKEY_CURRENT_USER\Software\Harbourline' /f >/dev/null 2>&1 || true
-  rm -f "$build/$preset/src/RouterLog.dat"
-  demo_install
+  if [ "${1:-}" = installed ]; then
+    install_program
+  else
+    demo_install
+  fi
+  rm -f "$program_folder/RouterLog.dat"
 
   say 'The tour'
   chapter_first_start
@@ -193,6 +216,7 @@ tour() {
   chapter_icon
   chapter_exit
   chapter_second_installation
+  if [ "${1:-}" = installed ]; then remove_program; fi
 
   echo
   echo "The router's table before the click:"
