@@ -80,9 +80,11 @@ case_upgrade() {
   wine reg add "$settings_key" /v MapProfileCount /d 0 /f >/dev/null
   wine reg add "$settings_key" /v RouterClass /d Harbourline.PracticeRouter /f >/dev/null
   before=$(key "$settings_key")
-  # The list of an older version, which nobody has edited, has the time that it was installed with.
+  # The list of an older version, which nobody has edited, has the time that it was installed with. NSIS rounds times to
+  # even seconds.
+  cp -p "$installed/Ports.dat" "$place/Ports.dat"
   echo '4711 Old' >"$installed/Ports.dat"
-  touch --date="@$(git_time)" "$installed/Ports.dat"
+  touch --reference="$place/Ports.dat" "$installed/Ports.dat"
   so 'installing over an older version works' install_ends 0
   so 'a list of ports that nobody has edited is renewed' cmp dist/Ports.dat "$installed/Ports.dat"
   so 'the program is renewed' is_the_built_one "$installed/Harbourline.exe"
@@ -97,7 +99,6 @@ case_upgrade() {
   so 'and once more' install_ends 0
   so 'it stays then, too' grep -q '4711 Mine' "$ports"
 }
-git_time() { stat -c %Y "$place/package/$width/Ports.dat"; }
 
 # The program asks for this library by its name only. One that isn't Windows' own leaves a trace when it is loaded.
 case_planted_library() {
