@@ -133,6 +133,28 @@ case_folder_without_write_permission() {
   so 'nothing is there' holds_only "$place/locked" ''
 }
 
+# As after a copy into the folder of all programs by an administrator.
+case_program_that_can_not_write() {
+  if [ "$HARBOURLINE_OWN_DISKS" = no ]; then
+    skip 'a program whose folder it cannot write to'
+    return
+  fi
+  local frozen=$place/frozen
+  cp -r "$installed" "$frozen"
+  rm -f "$frozen/RouterLog.dat"
+  disk "$frozen" --bind "$frozen"
+  disk "$frozen" -o remount,ro,bind
+  wine reg add "$settings_key" /v MapProfileCount /d 1 /f >/dev/null
+  wine reg add "$settings_key" /v MP_1_Name /d Kept /f >/dev/null
+  so 'a program that cannot write to its folder starts' start "$frozen"
+  wine taskkill /im Harbourline.exe >/dev/null
+  so 'it ends without a word' has_ended_well
+  so 'it keeps its profiles' same "$(value "$settings_key" MP_1_Name)" Kept
+  so 'and its routers' same "$(known_routers | sort)" "$(plug_in_classes | sort)"
+  so 'it has no log' test ! -e "$frozen/RouterLog.dat"
+  wine reg add "$settings_key" /v MapProfileCount /d 0 /f >/dev/null
+}
+
 case_full_disk() {
   if [ "$HARBOURLINE_OWN_DISKS" = no ]; then
     skip 'a full disk'
