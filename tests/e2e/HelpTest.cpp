@@ -172,7 +172,7 @@ TEST_F(TitleTest, TheTitleWindowHasThePicturesSizeAndShapeAndGoesAfterSevenSecon
   GetWindowRect(program.Find("frmSplash"), &place);
   EXPECT_EQ(place.right - place.left, 500);
   EXPECT_EQ(place.bottom - place.top, 375);
-  EXPECT_TRUE(StaysSo(5'000, [this] { return IsUp(); }));
+  EXPECT_TRUE(StaysSo(3'000, [this] { return IsUp(); }));
   EXPECT_TRUE(WaitFor([this] { return !IsUp(); }));
   EXPECT_TRUE(program.Exit());
   EXPECT_EQ(settings::Read("ShowSplashOnStartup"), "True");
