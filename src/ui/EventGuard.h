@@ -7,9 +7,10 @@
 namespace ui {
 
 /// The one guard at the door of every event that comes in from outside: a click, a tick, a closing window.
-/// What is left uncaught is told in one message box with its text and number, and the program goes on. While
-/// such a box is up, the same failure from the same place stays silent; what a repeating event (a timer) has
-/// told once stays silent for the rest of the run.
+/// What is left uncaught is shown in one message box with its text and number, and the program goes on. While
+/// such a box is up, the same failure from the same place stays silent. Of a repeating event (a timer, the
+/// opening of a menu) one failure of a place and a number is shown in the whole run, whatever its text, and
+/// no more than a few of one place; the others are traced.
 class EventGuard {
  public:
   enum class Repeats { kNo, kYes };
@@ -27,10 +28,29 @@ class EventGuard {
     }
   }
 
-  /// Tells the failure by the rules above.
+  /// Shows the failure by the rules above.
   static void Report(std::string_view place, Repeats repeats, const std::exception& failure);
-  /// Forgets what timers have told.
+  /// Forgets what repeating events have shown.
   static void Reset();
+
+  /// While it lives, a text that was shown isn't shown a second time, from whatever place it comes: several
+  /// steps of one task meet the same failure. One at a time.
+  class Once {
+   public:
+    Once();
+    ~Once();
+    Once(const Once&) = delete;
+    Once& operator=(const Once&) = delete;
+  };
+
+  /// While one lives, nobody is there to answer a box (the session ends): failures are traced.
+  class Unattended {
+   public:
+    Unattended();
+    ~Unattended();
+    Unattended(const Unattended&) = delete;
+    Unattended& operator=(const Unattended&) = delete;
+  };
 };
 
 }  // namespace ui

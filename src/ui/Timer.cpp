@@ -1,5 +1,7 @@
 #include "ui/Timer.h"
 
+#include "base/Failures.h"
+
 namespace ui {
 
 Timer::Timer(Control* parent, std::string name) : Control(Kind::kTimer, parent, std::move(name)) {}
@@ -17,12 +19,17 @@ void Timer::Enabled(bool enabled) {
 
 void Timer::UserTick() {
   if (ticking_ || !running_) return;
-  struct Ticking {
-    bool& flag;
-    explicit Ticking(bool& f) : flag(f) { flag = true; }
-    ~Ticking() { flag = false; }
-  } ticking(ticking_);
-  EventGuard::Run(*this, "Tick", EventGuard::Repeats::kYes, [this] { Tick.Raise(); });
+  base::Failures failures;
+  {
+    struct Ticking {
+      bool& flag;
+      explicit Ticking(bool& f) : flag(f) { flag = true; }
+      ~Ticking() { flag = false; }
+    } ticking(ticking_);
+    failures.Run([this] { Tick.Raise(); });
+  }
+  // Shown when the tick is over: a box that nobody closes must not end the ticks.
+  EventGuard::Run(*this, "Tick", EventGuard::Repeats::kYes, [&failures] { failures.Rethrow(); });
 }
 
 }  // namespace ui

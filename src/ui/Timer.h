@@ -8,7 +8,8 @@
 namespace ui {
 
 /// Raises Tick every Interval milliseconds while it is enabled; an interval of 0 never ticks. A tick that
-/// comes while the handler of the one before it still runs is dropped.
+/// comes while the handler of the one before it still runs is dropped; the box that shows a failure of a tick
+/// drops none.
 class Timer : public Control {
  public:
   Timer(Control* parent, std::string name);

@@ -100,9 +100,31 @@ TEST_F(UiEventGuard, ABoxThatCanNotBeShownSilencesNothingLater) {
 TEST_F(UiEventGuard, ATimerTellsAFailureOnce) {
   for (int i = 0; i < 3; ++i) Fail("a", "It broke", EventGuard::Repeats::kYes);
   EXPECT_THAT(Messages(), ElementsAre("It broke (5)"));
-  Fail("a", "Something else", EventGuard::Repeats::kYes);
   Fail("b", "It broke", EventGuard::Repeats::kYes);
-  EXPECT_EQ(toolkit.messages.size(), 3u);
+  EXPECT_EQ(toolkit.messages.size(), 2u);
+}
+
+TEST_F(UiEventGuard, ATextThatVariesFromTickToTickShowsOneBox) {
+  for (int i = 0; i < 100; ++i) Fail("a", "No answer after " + std::to_string(i), EventGuard::Repeats::kYes);
+  EXPECT_THAT(Messages(), ElementsAre("No answer after 0 (5)"));
+}
+
+TEST_F(UiEventGuard, OfManyDifferentFailuresOfOneTimerAFewAreShownAndTheOthersTraced) {
+  for (int i = 1; i <= 1000; ++i) {
+    EventGuard::Run(Place{"a"}, "Tick", EventGuard::Repeats::kYes, [i] { throw base::Error(i, "It broke"); });
+  }
+  EXPECT_THAT(Messages(), ElementsAre("It broke (1)", "It broke (2)", "It broke (3)"));
+}
+
+TEST_F(UiEventGuard, StepsOfOneTaskThatMeetTheSameFailureShowItOnce) {
+  {
+    const EventGuard::Once once;
+    Fail("a", "It broke");
+    Fail("b", "It broke");
+    Fail("b", "Something else");
+  }
+  Fail("b", "It broke");
+  EXPECT_THAT(Messages(), ElementsAre("It broke (5)", "Something else (5)", "It broke (5)"));
 }
 
 TEST_F(UiEventGuard, WhatATimerToldIsForgottenAtAReset) {
@@ -131,10 +153,27 @@ TEST_F(UiEventGuard, AFailingTimerShowsOneBoxAndGoesOnTicking) {
   window.Load();
   toolkit.whileMessage = [&](const ui::Message&) { toolkit.Advance(10 * 333); };
   toolkit.Advance(333);
-  EXPECT_EQ(ticks, 1) << "while the box is up the first tick still runs, and the next are dropped";
+  EXPECT_EQ(ticks, 11) << "a box that nobody closes doesn't end the ticks";
   toolkit.Advance(10 * 333);
-  EXPECT_EQ(ticks, 11);
+  EXPECT_EQ(ticks, 21);
   EXPECT_THAT(Messages(), ElementsAre("The RPC server is unavailable (-2147023174)"));
+}
+
+TEST_F(UiEventGuard, TheBoxOfOneTimerStopsNoOther) {
+  ui::Form window("frmTest", "Test", {}, 100, 100);
+  ui::Timer failing(&window, "tmFailing");
+  ui::Timer other(&window, "tmOther");
+  int ticks = 0;
+  failing.Tick.Connect([] { throw base::Error(9, "no answer"); });
+  other.Tick.Connect([&] { ++ticks; });
+  for (ui::Timer* timer : {&failing, &other}) {
+    timer->Interval(333);
+    timer->Enabled(true);
+  }
+  window.Load();
+  toolkit.whileMessage = [&](const ui::Message&) { toolkit.Advance(10 * 333); };
+  toolkit.Advance(333);
+  EXPECT_GE(ticks, 10);
 }
 
 TEST_F(UiEventGuard, ThePlaceIsTheControlAndItsEvent) {
