@@ -5,6 +5,7 @@
 #include <initializer_list>
 
 #include "base/Conversions.h"
+#include "base/Failures.h"
 #include "editing/modListViewHelper.h"
 #include "plugins/modServerHelper.h"
 #include "settings/CRegistry.h"
@@ -95,15 +96,23 @@ void ctlRouterLog::BackgroundColor(ui::Color color) {
 }
 
 void ctlRouterLog::RefreshData() {
-  chkEnable.Checked(modServerHelper::GetEnableLog(g_Registry->Router));
+  base::Failures failures;
+  const bool bAsked =
+      failures.Run([this] { chkEnable.Checked(modServerHelper::GetEnableLog(g_Registry->Router)); });
+  // A plug-in that can't tell is shown as off, without being switched off.
+  if (!bAsked) UncheckEnable();
   chkFilterOutProfiles.Checked(g_Registry->FilterOutProfiles);
+  failures.Rethrow();
 }
 
 void ctlRouterLog::chkEnable_Click() {
   if (m_bGuard) return;
   modServerHelper::SetEnableLog(g_Registry->Router, chkEnable.Checked());
   // The plug-in answers true when it failed.
-  if (!modServerHelper::SetLogging(g_Registry->Router, winSock.LocalIP())) return;
+  if (modServerHelper::SetLogging(g_Registry->Router, winSock.LocalIP())) UncheckEnable();
+}
+
+void ctlRouterLog::UncheckEnable() {
   m_bGuard = true;
   chkEnable.Checked(false);
   m_bGuard = false;

@@ -33,7 +33,8 @@ class ctlRouterLog : public ui::UserControl {
   void Reset();
   /// Shows the plug-in's and the settings' state.
   void RefreshData();
-  /// Writes "RouterLog.dat" anew. A file that can't be written is left as far as it came, without a word.
+  /// Writes "RouterLog.dat" anew. When it can't be written whole, the old file stays, and only a trace says
+  /// so.
   void SaveContentsToDatabase();
 
  protected:
@@ -45,6 +46,8 @@ class ctlRouterLog : public ui::UserControl {
   void AddColumns();
   void LoadLogDatabase();
   void ReadLogDatabase();
+  /// The name of a port of a stored row; empty, with a trace, when the plug-in fails.
+  void Identify(std::int32_t lPort, std::string& sDescription);
   void AddLogRow(std::string_view sTime, std::string_view sLogType, std::string_view sDestinationURLIP,
                  std::int32_t lDestinationPort, std::string_view sSourceIP, std::int32_t lSourcePort,
                  std::string_view sMiscellaneous);
@@ -63,6 +66,8 @@ class ctlRouterLog : public ui::UserControl {
   void SetControlsVisible(bool bVisible);
   void ShowPopUpMenu();
   void chkEnable_Click();
+  /// Shows the log as off and writes nothing to the plug-in.
+  void UncheckEnable();
   void chkFilterOutProfiles_Click();
   void cmdClear_Click();
   void mnuRemove_Click();

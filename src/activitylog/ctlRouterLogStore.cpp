@@ -6,9 +6,11 @@
 
 #include "activitylog/ctlRouterLog.h"
 #include "base/Conversions.h"
+#include "base/Failures.h"
 #include "base/TextFile.h"
 #include "editing/modListViewHelper.h"
 #include "platform/Machine.h"
+#include "platform/ReplacedTextFile.h"
 #include "settings/CRegistry.h"
 #include "shell/modCommon.h"
 
@@ -61,13 +63,23 @@ void ctlRouterLog::ReadLogDatabase() {
     const std::int32_t lDestinationPort = base::ToInt32(sDestinationPort);
     const std::int32_t lSourcePort = base::ToInt32(sSourcePort);
     if (sMiscellaneous.empty()) {
-      bool bFilterOut = false;
-      m_EventHandler_IdentifyPort(lDestinationPort, sIdentified, bFilterOut);
+      Identify(lDestinationPort, sIdentified);
       sMiscellaneous = sIdentified;
     }
     AddLogRow(sTime, sLogType, sDestinationURLIP, lDestinationPort, sSourceIP, lSourcePort, sMiscellaneous);
   }
   modListViewHelper::AutoSizeListViewColumns(lvRouterLog, true);
+}
+
+void ctlRouterLog::Identify(std::int32_t lPort, std::string& sDescription) {
+  try {
+    bool bFilterOut = false;
+    m_EventHandler_IdentifyPort(lPort, sDescription, bFilterOut);
+  } catch (const std::exception& failure) {
+    sDescription.clear();
+    platform::TheMachine().debug->Trace("Port " + base::ToText(lPort) +
+                                        " isn't named: " + base::Describe(failure));
+  }
 }
 
 void ctlRouterLog::AddLogRow(std::string_view sTime, std::string_view sLogType,
@@ -86,14 +98,15 @@ void ctlRouterLog::AddLogRow(std::string_view sTime, std::string_view sLogType,
 
 void ctlRouterLog::SaveContentsToDatabase() {
   try {
-    base::TextFileWriter file(DatabasePath());
+    platform::ReplacedTextFile replaced(DatabasePath());
+    base::TextFileWriter& file = replaced.Writer();
     const ui::ListRows& rows = lvRouterLog.Rows();
     file.WriteLine(base::ToTextWithSignPlace(static_cast<std::int32_t>(rows.Count())));
     for (std::size_t row = 0; row < rows.Count(); ++row) {
       const auto [text, ends] = rows.Cells(row);
       file.WriteLines(text, ends);
     }
-    file.Close();
+    replaced.Close();
   } catch (const std::exception&) {
     platform::TheMachine().debug->Trace("Error occured during saving of the log database.");
   }

@@ -64,18 +64,21 @@ std::shared_ptr<CMapping> CMapProfile::GetMapping(std::string_view sMappingKey) 
 
 void CMapProfile::Save(std::string_view sAppName, std::string_view sSection,
                        std::string_view sKeyPrefix) const {
-  const platform::SettingsSection settings(sAppName, sSection, sKeyPrefix);
+  base::Failures failures;
+  const platform::SettingsWriter settings(failures, sAppName, sSection, sKeyPrefix);
   settings.Write(kDescription, sDescription);
   settings.Write(kName, sName);
   settings.Write(kMapCount, static_cast<std::int32_t>(m_ccMappings.Count()));
   std::int32_t number = 0;
   for (const auto& mapping : m_ccMappings) {
-    mapping->Save(sAppName, sSection, MappingPrefix(sKeyPrefix, ++number));
+    ++number;
+    failures.Run([&] { mapping->Save(sAppName, sSection, MappingPrefix(sKeyPrefix, number)); });
   }
   settings.Write(kWindowTitle, sWindowTitle);
   settings.Write(kWindowClass, sWindowClass);
   settings.Write(kAutoActivate, bAutoActivate);
   settings.Write(kEnabled, bEnabled);
+  failures.Rethrow();
 }
 
 void CMapProfile::Load(std::string_view sAppName, std::string_view sSection, std::string_view sKeyPrefix) {

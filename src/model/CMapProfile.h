@@ -41,6 +41,10 @@ class CMapProfile {
   /// Not the tag of the exchange file, which is "MapProfile".
   std::string_view sXMLTag() const { return "Profile"; }
 
+  /// A stored count of mappings is a 16-bit number: a profile with more would not be loaded again.
+  static constexpr std::int32_t kMostMappings = 32767;
+  bool CanBeStored() const { return m_ccMappings.Count() <= static_cast<std::size_t>(kMostMappings); }
+
   /// At the end.
   void AddMapping(std::shared_ptr<CMapping> Mapping);
   /// Both fail for an unknown key.

@@ -49,12 +49,14 @@ std::string_view CMapping::sType() const {
 }
 
 void CMapping::Save(std::string_view sAppName, std::string_view sSection, std::string_view sKeyPrefix) const {
-  const platform::SettingsSection settings(sAppName, sSection, sKeyPrefix);
+  base::Failures failures;
+  const platform::SettingsWriter settings(failures, sAppName, sSection, sKeyPrefix);
   settings.Write(kDescription, sDescription());
   settings.Write(kBeginPort, lBeginPort());
   settings.Write(kEndPort, lEndPort());
   settings.Write(kProtocal, Protocal());
   settings.Write(kForwardIPAddress, iForwardIPAddress());
+  failures.Rethrow();
 }
 
 void CMapping::Load(std::string_view sAppName, std::string_view sSection, std::string_view sKeyPrefix) {

@@ -2,6 +2,7 @@
 
 #include "platform/Clock.h"
 #include "platform/DebugOutput.h"
+#include "platform/Files.h"
 #include "platform/Network.h"
 #include "platform/NotificationArea.h"
 #include "platform/ObjectFactory.h"
@@ -28,6 +29,7 @@ struct Machine {
   Shell* shell = nullptr;
   Clock* clock = nullptr;
   DebugOutput* debug = nullptr;
+  Files* files = nullptr;
 };
 
 Machine& TheMachine();

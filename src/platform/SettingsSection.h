@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/Failures.h"
+
 namespace platform {
 
 /// The values of one section of the settings store whose keys share a prefix, read and written in their own
@@ -35,6 +37,25 @@ class SettingsSection {
   std::string_view application_;
   std::string_view section_;
   std::string_view prefix_;
+};
+
+/// Writes like SettingsSection. A value that can't be written is kept as a failure, and the next one is
+/// written all the same.
+class SettingsWriter {
+ public:
+  /// All must outlive the object.
+  SettingsWriter(base::Failures& failures, std::string_view application, std::string_view section,
+                 std::string_view prefix = {})
+      : failures_(failures), settings_(application, section, prefix) {}
+
+  template <typename Value>
+  void Write(std::string_view key, const Value& value) const {
+    failures_.Run([&] { settings_.Write(key, value); });
+  }
+
+ private:
+  base::Failures& failures_;
+  SettingsSection settings_;
 };
 
 }  // namespace platform

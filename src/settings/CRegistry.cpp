@@ -2,9 +2,11 @@
 
 #include <exception>
 #include <utility>
+#include <vector>
 
 #include "base/Conversions.h"
 #include "base/Error.h"
+#include "base/Failures.h"
 #include "platform/Machine.h"
 #include "platform/SettingsSection.h"
 #include "plugins/modServerHelper.h"
@@ -29,25 +31,6 @@ std::string ProfilePrefix(std::int32_t number) {
 
 }  // namespace
 
-/// Lets the parts of a save run one after the other, whatever happens in them, and keeps what failed first.
-class FirstFailure {
- public:
-  template <typename Part>
-  void Run(Part&& part) {
-    try {
-      part();
-    } catch (const std::exception&) {
-      if (!failure_) failure_ = std::current_exception();
-    }
-  }
-  void Rethrow() const {
-    if (failure_) std::rethrow_exception(failure_);
-  }
-
- private:
-  std::exception_ptr failure_;
-};
-
 CRegistry::CRegistry() {
   Load();
 }
@@ -62,15 +45,15 @@ CRegistry::~CRegistry() {
 
 void CRegistry::Release() {
   if (std::exchange(m_bReleased, true)) return;
-  FirstFailure failure;
-  failure.Run([this] { Save(); });
+  base::Failures failures;
+  failures.Run([this] { Save(); });
   Router.reset();
-  m_RouterClasses.clear();
+  m_RouterOrigins.clear();
   m_ccRouters.Clear();
   m_ccMapProfiles.Clear();
   PortRanges::Changed();
   m_MapProfileNames.Clear();
-  failure.Rethrow();
+  failures.Rethrow();
 }
 
 void CRegistry::RouterTitle(std::string_view sRouterTitle) {
@@ -79,7 +62,7 @@ void CRegistry::RouterTitle(std::string_view sRouterTitle) {
 
 void CRegistry::Load() {
   const platform::SettingsSection settings(kApplication, kSection);
-  CheckForPlugIns();
+  const std::vector<std::string> waiting = TakeInPlugIns();
   LoadRouters();
   m_InstallPath = FolderOf(platform::TheMachine().process->ExecutablePath());
   modCommon::HelpFile(modCommon::MakeFullPath(m_InstallPath, "Harbourline.hlp"));
@@ -91,6 +74,13 @@ void CRegistry::Load() {
   LastMenuLocation = settings.ReadText("LastMenuLocation", "");
   AutomaticActivation = settings.ReadBoolean("AutomaticActivation", false);
   FilterOutProfiles = settings.ReadBoolean("FilterOutProfiles", false);
+  // Not before everything is loaded: a start that fails keeps what installers have announced. One that can't
+  // be deleted is taken in once more, which changes nothing.
+  try {
+    Forget(waiting);
+  } catch (const base::Error& failure) {
+    platform::TheMachine().debug->Trace(failure.what());
+  }
 }
 
 void CRegistry::LoadRouters() {
@@ -107,8 +97,8 @@ void CRegistry::LoadRouters() {
 }
 
 void CRegistry::LoadMapProfiles() {
-  const std::int16_t count =
-      platform::SettingsSection(kApplication, kSection).ReadInt16("MapProfileCount", 0);
+  const std::int32_t count =
+      platform::SettingsSection(kApplication, kSection).ReadInt32("MapProfileCount", 0);
   for (std::int32_t number = 1; number <= count; ++number) {
     const auto profile = std::make_shared<CMapProfile>();
     profile->Load(kApplication, kSection, ProfilePrefix(number));
@@ -117,54 +107,50 @@ void CRegistry::LoadMapProfiles() {
 }
 
 void CRegistry::Save() {
-  const platform::SettingsSection settings(kApplication, kSection);
+  base::Failures failures;
+  const platform::SettingsWriter settings(failures, kApplication, kSection);
   // A plug-in that was installed meanwhile would be lost with the section.
-  CheckForPlugIns();
+  failures.Run([this] { CheckForPlugIns(); });
   try {
     platform::TheMachine().settings->DeleteSetting(kApplication, kSection);
   } catch (const base::Error&) {
     // There is no section before the first save.
   }
-  FirstFailure failure;
-  SaveRouters(failure);
+  SaveRouters(failures);
   settings.Write("Version", modCommon::GetVersionString());
   settings.Write("LoadOnStartup", LoadOnStartup);
   settings.Write("ShowSplashOnStartup", ShowSplashOnStartup);
   settings.Write("TrayLights", TrayLights);
-  failure.Run([this] {
+  failures.Run([this] {
     platform::TheMachine().systemHelper->SetAutoStart(
         LoadOnStartup, kApplication, modCommon::MakeFullPath(m_InstallPath, "Harbourline.exe"));
   });
-  SaveMapProfiles();
+  SaveMapProfiles(failures);
   settings.Write("ExportProfiles", ExportProfiles);
   settings.Write("LastMenuLocation", LastMenuLocation);
   settings.Write("AutomaticActivation", AutomaticActivation);
   settings.Write("FilterOutProfiles", FilterOutProfiles);
-  failure.Run([this] { modServerHelper::SaveSettings(Router); });
-  failure.Rethrow();
+  failures.Run([this] { modServerHelper::SaveSettings(Router); });
+  failures.Rethrow();
 }
 
-std::string CRegistry::StoredClass(const platform::LateBoundRef& router, FirstFailure& failure) const {
-  const auto known = m_RouterClasses.find(router);
-  std::string sClass = known == m_RouterClasses.end() ? std::string() : known->second;
-  failure.Run([&] { sClass = modServerHelper::ClassName(router); });
-  return sClass;
-}
-
-void CRegistry::SaveRouters(FirstFailure& failure) const {
-  const platform::SettingsSection settings(kApplication, kSection);
+void CRegistry::SaveRouters(base::Failures& failures) const {
+  const platform::SettingsWriter settings(failures, kApplication, kSection);
   settings.Write("RouterCount", static_cast<std::int32_t>(m_ccRouters.Count()));
   std::int32_t number = 0;
   for (const auto& router : m_ccRouters) {
-    const std::string sClass = StoredClass(router, failure);
+    const std::string sClass = ClassOf(router, failures);
     if (!sClass.empty()) settings.Write(Numbered("Router_", ++number), sClass);
   }
-  if (RouterValid()) settings.Write("RouterClass", StoredClass(Router, failure));
+  if (RouterValid()) settings.Write("RouterClass", ClassOf(Router, failures));
 }
 
-void CRegistry::SaveMapProfiles() const {
-  platform::SettingsSection(kApplication, kSection)
+void CRegistry::SaveMapProfiles(base::Failures& failures) const {
+  platform::SettingsWriter(failures, kApplication, kSection)
       .Write("MapProfileCount", static_cast<std::int32_t>(m_ccMapProfiles.Count()));
   std::int32_t number = 0;
-  for (const auto& profile : m_ccMapProfiles) profile->Save(kApplication, kSection, ProfilePrefix(++number));
+  for (const auto& profile : m_ccMapProfiles) {
+    ++number;
+    failures.Run([&] { profile->Save(kApplication, kSection, ProfilePrefix(number)); });
+  }
 }

@@ -6,7 +6,9 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "base/Failures.h"
 #include "base/KeyedCollection.h"
 #include "base/NameIndex.h"
 #include "model/CMapProfile.h"
@@ -66,8 +68,8 @@ class CRegistry {
 
   /// Takes in the plug-ins that installers have announced since.
   void CheckForPlugIns();
-  /// Rewrites the whole stored section and the logon entry. A plug-in that fails meanwhile costs nothing of
-  /// what is stored; the first failure goes to the caller when all is written.
+  /// Rewrites the whole stored section and the logon entry. Neither a plug-in that fails meanwhile nor a
+  /// value that can't be written keeps the rest from being stored; what failed is thrown when all is written.
   void Save();
   /// Makes a plug-in and adds it under its title. One that can't be made, whose title can't be read or is
   /// taken, is left out silently.
@@ -80,7 +82,8 @@ class CRegistry {
   void PopulateMapProfileListView(ui::ListView& lv, bool bAutoOnly) const;
   /// Takes the profile, and its row in `lv` if any, away; what isn't there is ignored.
   void RemoveMapProfile(std::string_view sKey, ui::ListView* lv);
-  /// Fills the control with the titles; choosing the selected router's raises the control's Click.
+  /// Fills the control with the titles; choosing the selected router's raises the control's Click. What fails
+  /// in a plug-in, or in a handler of Click, is thrown when the list is whole.
   void PopulateRouterList(ui::ComboBox& cb) const;
   /// Fails for a title that isn't in the list. The case of letters doesn't count.
   platform::LateBoundRef GetRouterByTitle(std::string_view sRouterTitle) const;
@@ -103,9 +106,15 @@ class CRegistry {
   void Load();
   void LoadRouters();
   void LoadMapProfiles();
-  void SaveRouters(class FirstFailure& failure) const;
-  std::string StoredClass(const platform::LateBoundRef& router, FirstFailure& failure) const;
-  void SaveMapProfiles() const;
+  void SaveRouters(base::Failures& failures) const;
+  void SaveMapProfiles(base::Failures& failures) const;
+  /// Adds the routers that installers have announced; the keys of the values that announced them.
+  std::vector<std::string> TakeInPlugIns();
+  void Forget(const std::vector<std::string>& waiting);
+  /// What the plug-in returns, or what it returned when it was added where that fails.
+  std::string TitleOf(const platform::LateBoundRef& router, base::Failures& failures) const;
+  /// What the plug-in returns, or the class that it was made of where that fails.
+  std::string ClassOf(const platform::LateBoundRef& router, base::Failures& failures) const;
   std::string NumberedName(const std::string& sName) const;
   void AddMapProfileListItem(ui::ListView& lv, const CMapProfile& MapProfile, bool bShowActive) const;
   void JudgeMapping(std::int16_t iLocalIP, bool bReset, const CMapProfile& MapProfile,
@@ -115,8 +124,12 @@ class CRegistry {
 
   /// By title.
   Routers m_ccRouters{base::KeyCase::kIgnored};
-  /// The class that each of them was made of, for one that can't tell.
-  std::map<platform::LateBoundRef, std::string> m_RouterClasses;
+  /// For a plug-in that fails to name itself later.
+  struct RouterOrigin {
+    std::string sClass;
+    std::string sTitle;
+  };
+  std::map<platform::LateBoundRef, RouterOrigin> m_RouterOrigins;
   MapProfiles m_ccMapProfiles{base::KeyCase::kExact};
   /// The names under which the profiles stand in m_ccMapProfiles, in the same order.
   base::NameIndex m_MapProfileNames;

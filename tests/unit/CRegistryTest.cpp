@@ -10,6 +10,7 @@
 
 #include "base/Error.h"
 #include "shell/modCommon.h"
+#include "support/RecordingToolkit.h"
 #include "support/World.h"
 
 namespace {
@@ -249,9 +250,19 @@ TEST_F(CRegistryTest, AProfileCountOf3WithOneStoredYieldsTwoMoreWithoutAName) {
   EXPECT_THAT(Names(state), ElementsAre("", "(1)", "Game"));
 }
 
-TEST_F(CRegistryTest, AProfileCountOf32768IsTold) {
-  EXPECT_EQ(FailureOfLoad({{"MapProfileCount", "32768"}}),
-            "The stored value \"MapProfileCount\" holds \"32768\", which is not between -32768 and 32767 (" +
+TEST_F(CRegistryTest, MoreThan32767ProfilesComeBack) {
+  CRegistry& state = Load({});
+  for (int i = 0; i < 32768; ++i) state.AddMapProfile(MakeProfile("Profile " + std::to_string(i)), nullptr);
+  state.Save();
+  EXPECT_EQ(world.settings.Value("MapProfileCount"), "32768");
+  const CRegistry again;
+  EXPECT_EQ(again.ccMapProfiles().Count(), 32768u);
+}
+
+TEST_F(CRegistryTest, AProfileCountBeyond32BitsIsTold) {
+  EXPECT_EQ(FailureOfLoad({{"MapProfileCount", "2147483648"}}),
+            "The stored value \"MapProfileCount\" holds \"2147483648\", which is not between -2147483648 and "
+            "2147483647 (" +
                 kPath + ").");
 }
 
@@ -272,8 +283,10 @@ TEST_F(CRegistryTest, EveryNumberThatIsNoneIsTold) {
       EXPECT_THAT(FailureOfLoad({{key, text}}), HasSubstr(std::string("\"") + key + "\" holds \"" + text +
                                                           "\", which is not a whole number"));
     }
+    EXPECT_THAT(FailureOfLoad({{key, "99999999999"}}), HasSubstr("which is not between -"));
+  }
+  for (const char* key : {"RouterCount", "TrayLights"}) {
     EXPECT_THAT(FailureOfLoad({{key, "32768"}}), HasSubstr("which is not between -32768 and 32767"));
-    EXPECT_THAT(FailureOfLoad({{key, "99999999999"}}), HasSubstr("which is not between -32768 and 32767"));
   }
 }
 
@@ -299,6 +312,20 @@ TEST_F(CRegistryTest, AFailureInAProfileNamesItsValue) {
   EXPECT_THAT(
       FailureOfLoad({{"MapProfileCount", "2"}, {"MP_2_MapCount", "1"}, {"MP_2_MAP_1_BeginPort", "eighty"}}),
       HasSubstr("\"MP_2_MAP_1_BeginPort\" holds \"eighty\""));
+}
+
+TEST_F(CRegistryTest, AStartThatFailsLosesNoAnnouncedPlugIn) {
+  world.objects.AddPlugIn("Late.Router", "Late");
+  EXPECT_NE(FailureOfLoad({{"RouterPlugIn_3", "Late.Router"}, {"TrayLights", "x"}}), "");
+  EXPECT_EQ(world.settings.Value("RouterPlugIn_3"), "Late.Router");
+}
+
+TEST_F(CRegistryTest, AnAnnouncedPlugInIsForgottenWhenTheLoadIsThrough) {
+  world.objects.AddPlugIn("Late.Router", "Late");
+  CRegistry& state = Load({{"RouterPlugIn_3", "Late.Router"}});
+  EXPECT_FALSE(world.settings.Contains("RouterPlugIn_3"));
+  state.RouterTitle("Late");
+  EXPECT_TRUE(state.RouterValid());
 }
 
 TEST_F(CRegistryTest, AStateThatFailedToLoadIsNeverSaved) {
@@ -383,6 +410,50 @@ TEST_F(CRegistryTest, AFailureOfTheSaveInItsDestructionDoesNotEndTheProgram) {
   registry.reset();
   EXPECT_EQ(script->alive, 0);
   EXPECT_THAT(world.debug.lines, ElementsAre("The store refuses TrayLights"));
+}
+
+TEST_F(CRegistryTest, AValueThatCanNotBeWrittenIsToldAndTheRestIsWrittenAndThePlugInSaves) {
+  auto script = world.objects.AddPlugIn("A.Router", "A");
+  CRegistry& state = Load({});
+  state.AddRouter("A.Router");
+  state.RouterTitle("A");
+  auto profile = MakeProfile("Game");
+  profile->AddMapping(std::make_shared<CMapping>());
+  state.AddMapProfile(profile, nullptr);
+  for (const char* key : {"RouterCount",          "Router_1",
+                          "RouterClass",          "Version",
+                          "LoadOnStartup",        "ShowSplashOnStartup",
+                          "TrayLights",           "MapProfileCount",
+                          "MP_1_Description",     "MP_1_Name",
+                          "MP_1_MapCount",        "MP_1_MAP_1_Description",
+                          "MP_1_MAP_1_BeginPort", "MP_1_MAP_1_EndPort",
+                          "MP_1_MAP_1_Protocal",  "MP_1_MAP_1_ForwardIPAddress",
+                          "MP_1_WindowTitle",     "MP_1_WindowClass",
+                          "MP_1_AutoActivate",    "MP_1_Enabled",
+                          "ExportProfiles",       "LastMenuLocation",
+                          "AutomaticActivation",  "FilterOutProfiles"}) {
+    SCOPED_TRACE(key);
+    world.settings.unwritable.clear();
+    state.Save();
+    auto all = world.settings.Values();
+    ASSERT_EQ(all.erase(key), 1u);
+    world.settings.unwritable = {key};
+    script->calls.clear();
+    EXPECT_EQ(support::ErrorTextOf([&] { state.Save(); }), std::string("The store refuses ") + key);
+    EXPECT_EQ(world.settings.Values(), all);
+    EXPECT_THAT(script->calls, testing::Contains("call IServer_SaveSettings()"));
+  }
+}
+
+TEST_F(CRegistryTest, AValueThatCanNotBeWrittenDoesNotHideWhatFailedInThePlugIn) {
+  auto script = world.objects.AddPlugIn("A.Router", "A");
+  CRegistry& state = Load({});
+  state.AddRouter("A.Router");
+  state.RouterTitle("A");
+  world.settings.unwritable = {"TrayLights"};
+  script->Fail("IServer_SaveSettings", 77, "no room in the router");
+  EXPECT_THAT(support::ErrorTextOf([&] { state.Save(); }),
+              testing::AllOf(HasSubstr("The store refuses TrayLights"), HasSubstr("no room in the router")));
 }
 
 TEST_F(CRegistryTest, AFailureOfThePlugInDuringASaveGoesToTheCaller) {

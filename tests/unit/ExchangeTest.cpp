@@ -8,6 +8,7 @@
 #include "base/Conversions.h"
 #include "base/Error.h"
 #include "settings/CRegistry.h"
+#include "support/FullDisk.h"
 #include "support/WithoutRights.h"
 #include "support/World.h"
 
@@ -388,10 +389,63 @@ TEST_F(ExchangeTest, AFileThatMayNotBeWrittenIsToldAndKeepsWhatItHolds) {
 
 TEST_F(ExchangeTest, AFullDiskFailsTheExportWithoutASuccessMessage) {
   Import(kWholeFile);
-  EXPECT_THROW(registry.ExportByKeys("/dev/full", std::vector<std::string>{Only().sKey()}), base::Error);
+  const support::FullDisk disk(10);
+  EXPECT_THROW(ExportAll(), base::Error);
   EXPECT_THAT(world.toolkit.messages, IsEmpty());
 }
+
+TEST_F(ExchangeTest, AFullDiskLeavesTheOldFileWholeAndNoOtherBehind) {
+  Import(kWholeFile);
+  world.folder.Write("out.prf", "what was there");
+  const auto files = world.folder.Files();
+  {
+    const support::FullDisk disk(10);
+    EXPECT_THROW(ExportAll(), base::Error);
+  }
+  EXPECT_EQ(world.folder.Read("out.prf"), "what was there");
+  EXPECT_EQ(world.folder.Files(), files);
+}
+
+TEST_F(ExchangeTest, AFileThatCanNotBeReplacedStaysAsItWas) {
+  Import(kWholeFile);
+  world.folder.Write("out.prf", "what was there");
+  const auto files = world.folder.Files();
+  world.files.refuses = true;
+  EXPECT_THROW(ExportAll(), base::Error);
+  EXPECT_EQ(world.folder.Read("out.prf"), "what was there");
+  EXPECT_EQ(world.folder.Files(), files);
+}
+
+TEST_F(ExchangeTest, AFolderThatTakesNoOtherFileHasItsFileWrittenDirectly) {
+  Import(kWholeFile);
+  world.folder.Write("out.prf", "what was there");
+  const std::string file = world.folder.PathOf("out.prf");
+  {
+    const support::WithoutRights rights(std::filesystem::path(file).parent_path(),
+                                        support::WithoutRights::To::kWrite, file);
+    EXPECT_EQ(ExportAll(), kWholeFile);
+  }
+}
 #endif
+
+TEST_F(ExchangeTest, AProfileWithMoreMappingsThanCanBeStoredIsRefusedAndTheRestComesIn) {
+  std::string sMappings;
+  for (int i = 0; i < 32768; ++i) sMappings += "<Mapping Description=\"\" BeginPort=1>\r\n</Mapping>\r\n";
+  EXPECT_EQ(Import("<MapProfile Name=\"Too large\">\r\n" + sMappings +
+                   "</MapProfile>\r\n<MapProfile Name=\"Small\">\r\n</MapProfile>\r\n"),
+            "The profile \"Too large\" has 32768 mappings. A profile can have 32767 at most, so it was not "
+            "imported.");
+  EXPECT_THAT(Names(), ElementsAre("Small"));
+}
+
+TEST_F(ExchangeTest, AProfileWithAsManyMappingsAsCanBeStoredComesInAndIsLoadedAgain) {
+  std::string sMappings;
+  for (int i = 0; i < 32767; ++i) sMappings += "<Mapping Description=\"\" BeginPort=1>\r\n</Mapping>\r\n";
+  Import("<MapProfile Name=\"Large\">\r\n" + sMappings + "</MapProfile>\r\n");
+  registry.Save();
+  const CRegistry again;
+  EXPECT_EQ((*again.ccMapProfiles().begin())->ccMappings().Count(), 32767u);
+}
 
 TEST_F(ExchangeTest, TheMessageComesAfterTheFileIsClosed) {
   Import(kWholeFile);

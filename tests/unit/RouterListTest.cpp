@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/Conversions.h"
@@ -11,6 +12,7 @@
 #include "plugins/modServerHelper.h"
 #include "settings/CRegistry.h"
 #include "shell/modCommon.h"
+#include "support/RecordingToolkit.h"
 #include "support/World.h"
 #include "ui/ComboBox.h"
 #include "ui/Form.h"
@@ -286,6 +288,64 @@ TEST_F(RouterListTest, APlugInThatIsInstalledWhileTheProgramRunsComesInAtTheNext
   world.settings.Values()["RouterPlugIn_12"] = "Late.Router";
   registry->CheckForPlugIns();
   EXPECT_THAT(Titles(), ElementsAre("Late"));
+}
+
+TEST_F(RouterListTest, APlugInThatCanNotNameItsClassIsSelectedByTheOneThatItWasMadeFrom) {
+  world.objects.AddPlugIn("A.Router", "A")->Fail("IServer_ClassName", 7, "no answer");
+  world.objects.AddPlugIn("B.Router", "B");
+  for (const char* selected : {"A.Router", "B.Router"}) {
+    registry.reset();
+    world.settings.Values() = {{"Version", modCommon::GetVersionString()},
+                               {"RouterCount", "2"},
+                               {"Router_1", "A.Router"},
+                               {"Router_2", "B.Router"},
+                               {"RouterClass", selected}};
+    const CRegistry& state = Load();
+    EXPECT_EQ(state.Router, state.GetRouterByClass(selected)) << selected;
+    EXPECT_TRUE(state.RouterValid());
+  }
+}
+
+TEST_F(RouterListTest, APlugInWhoseTitleFailsLaterIsListedByItsFirstOneAndTheOthersAreListedToo) {
+  auto failing = world.objects.AddPlugIn("A.Router", "A");
+  world.objects.AddPlugIn("B.Router", "B");
+  CRegistry& state = Load();
+  state.AddRouter("A.Router");
+  state.AddRouter("B.Router");
+  state.RouterTitle("A");
+  failing->Fail("IServer_ServerTitle", 7, "no answer");
+  EXPECT_EQ(support::ErrorTextOf([&] { state.PopulateRouterList(combo); }), "no answer");
+  ASSERT_EQ(combo.ListCount(), 2);
+  EXPECT_EQ(combo.List(0), "A");
+  EXPECT_EQ(combo.List(1), "B");
+  EXPECT_EQ(combo.ListIndex(), 0);
+}
+
+TEST_F(RouterListTest, AHandlerThatFailsWhileTheListIsFilledLosesNoEntry) {
+  world.objects.AddPlugIn("A.Router", "A");
+  world.objects.AddPlugIn("B.Router", "B");
+  CRegistry& state = Load();
+  state.AddRouter("A.Router");
+  state.AddRouter("B.Router");
+  state.RouterTitle("A");
+  combo.Click.Connect([] { throw base::Error(7, "no answer"); });
+  EXPECT_EQ(support::ErrorTextOf([&] { state.PopulateRouterList(combo); }), "no answer");
+  EXPECT_EQ(combo.ListCount(), 2);
+}
+
+TEST_F(RouterListTest, AListThatIsFilledAnewWhileItIsFilledHasEachEntryOnce) {
+  world.objects.AddPlugIn("A.Router", "A");
+  world.objects.AddPlugIn("B.Router", "B");
+  CRegistry& state = Load();
+  state.AddRouter("A.Router");
+  state.AddRouter("B.Router");
+  state.RouterTitle("A");
+  bool again = true;
+  combo.Click.Connect([&] {
+    if (std::exchange(again, false)) state.PopulateRouterList(combo);
+  });
+  state.PopulateRouterList(combo);
+  EXPECT_EQ(combo.ListCount(), 2);
 }
 
 }  // namespace

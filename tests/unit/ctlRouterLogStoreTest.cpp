@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "support/FullDisk.h"
 #include "support/RouterLogTest.h"
 #include "support/WithoutRights.h"
 
@@ -298,14 +299,30 @@ TEST_F(RouterLogStore, SavesNothingIntoAFolderThatMayNotBeWritten) {
 TEST_F(RouterLogStore, KeepsItsRowsWhenTheDiskIsFullAndSavesThemLater) {
   const std::string file = " 3\r\n" + Incoming(1) + Incoming(2) + Lines({"t", "in", "d", "3", "s", "4", "m"});
   OpenPage(file);
-  world.folder.Remove("RouterLog.dat");
-  std::filesystem::create_symlink("/dev/full", world.folder.PathOf("RouterLog.dat"));
-  page->SaveContentsToDatabase();
+  world.folder.Write("RouterLog.dat", "what was there");
+  {
+    const support::FullDisk disk(10);
+    page->SaveContentsToDatabase();
+  }
   EXPECT_THAT(world.debug.lines, ElementsAre("Error occured during saving of the log database."));
   EXPECT_THAT(world.toolkit.messages, IsEmpty());
   EXPECT_EQ(List().RowCount(), 3u);
-  world.folder.Remove("RouterLog.dat");
+  EXPECT_EQ(world.folder.Read("RouterLog.dat"), "what was there") << "a full disk leaves the old file whole";
+  EXPECT_EQ(world.folder.Files(), std::vector<std::string>{"RouterLog.dat"});
   EXPECT_EQ(Saved(), file);
+}
+
+TEST_F(RouterLogStore, WritesItsFileDirectlyWhereTheFolderTakesNoOther) {
+  OpenPage(" 1\r\n" + Incoming(1));
+  world.toolkit.answers = {ui::MessageResult::kYes};
+  Clear().UserClick();
+  {
+    const std::string file = world.folder.PathOf("RouterLog.dat");
+    const support::WithoutRights rights(std::filesystem::path(file).parent_path(),
+                                        support::WithoutRights::To::kWrite, file);
+    page->SaveContentsToDatabase();
+  }
+  EXPECT_EQ(world.folder.Read("RouterLog.dat"), " 0\r\n");
 }
 #endif
 
@@ -361,12 +378,15 @@ TEST_F(RouterLogStore, KeepsAStoredDescriptionEvenIfItIsOutOfDate) {
   EXPECT_THAT(Column(6), ElementsAre("web", " "));
 }
 
-TEST_F(RouterLogStore, KeepsTheRowsBeforeTheOneForWhichThePlugInFails) {
+TEST_F(RouterLogStore, LeavesARowUnnamedForWhichThePlugInFailsAndLosesNone) {
   SelectRouter()->Fail("IServer_GetPortForwardingDescription", 1000, "no answer");
-  OpenPage(" 3\r\n" + Incoming(1) + Lines({"t", "in", "d", "2", "s", "3", ""}) + Incoming(3));
-  EXPECT_THAT(Column(3), ElementsAre("1"));
-  EXPECT_TRUE(HasTraced());
+  const std::string file = " 3\r\n" + Incoming(1) + Lines({"t", "in", "d", "80", "s", "3", ""}) + Incoming(3);
+  OpenPage(file);
+  EXPECT_THAT(Column(3), ElementsAre("1", "80", "3"));
+  EXPECT_THAT(Column(6), ElementsAre("web", "", "web")) << "the list of well-known ports is not asked either";
+  EXPECT_THAT(world.debug.lines, ElementsAre("Port 80 isn't named: no answer (1000)"));
   EXPECT_THAT(world.toolkit.messages, IsEmpty());
+  EXPECT_EQ(Saved(), file);
 }
 
 TEST_F(RouterLogStore, ShowsARowAtOnceAndScrollsToIt) {

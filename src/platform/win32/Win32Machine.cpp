@@ -12,6 +12,7 @@
 #include "platform/win32/SystemError.h"
 #include "platform/win32/Win32Clock.h"
 #include "platform/win32/Win32DebugOutput.h"
+#include "platform/win32/Win32Files.h"
 #include "platform/win32/Win32Network.h"
 #include "platform/win32/Win32NotificationArea.h"
 #include "platform/win32/Win32Process.h"
@@ -50,6 +51,7 @@ struct Win32Machine::Services {
   Win32Shell shell;
   Win32Clock clock;
   Win32DebugOutput debug;
+  Win32Files files;
 };
 
 Win32Machine::Win32Machine() : services_(std::make_unique<Services>()) {
@@ -65,6 +67,7 @@ Win32Machine::Win32Machine() : services_(std::make_unique<Services>()) {
   machine.shell = &services_->shell;
   machine.clock = &services_->clock;
   machine.debug = &services_->debug;
+  machine.files = &services_->files;
 }
 
 Win32Machine::~Win32Machine() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -8,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <vector>
 
 namespace support {
 
@@ -42,6 +44,19 @@ class TemporaryFolder {
   std::string Read(std::string_view file) const {
     std::ifstream stream(PathOf(file), std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+  }
+  /// The names of all files, in order.
+  std::vector<std::string> Files() const {
+    std::vector<std::string> names;
+    const std::filesystem::path path(PathOf({}));
+    const std::filesystem::path folder = path.has_filename() ? path.parent_path() : path;
+    const std::string prefix = path.filename().string();
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+      const std::string name = entry.path().filename().string();
+      if (entry.is_regular_file() && name.starts_with(prefix)) names.push_back(name.substr(prefix.size()));
+    }
+    std::sort(names.begin(), names.end());
+    return names;
   }
   /// A folder in the place of a file.
   void MakeFolder(std::string_view file) const { std::filesystem::create_directory(PathOf(file)); }

@@ -16,9 +16,11 @@ class WithoutRights {
  public:
   enum class To { kWrite, kReadAndWrite };
 
-  WithoutRights(const std::string& path, To taken)
+  /// Everybody may write to the file `kept`, if there is one.
+  WithoutRights(const std::string& path, To taken, const std::string& kept = {})
       : path_(path), before_(std::filesystem::status(path).permissions()) {
     using std::filesystem::perms;
+    if (!kept.empty()) std::filesystem::permissions(kept, perms::all);
     constexpr perms write = perms::owner_write | perms::group_write | perms::others_write;
     constexpr perms read = perms::owner_read | perms::group_read | perms::others_read;
     std::filesystem::permissions(path_, taken == To::kWrite ? write : write | read,

@@ -4,7 +4,7 @@ namespace support {
 
 World::World() : before_(platform::TheMachine()) {
   platform::TheMachine() = {&settings,         &registry, &objects, &systemHelper, &process, &network,
-                            &notificationArea, &windows,  &shell,   &clock,        &debug};
+                            &notificationArea, &windows,  &shell,   &clock,        &debug,   &files};
 }
 
 World::~World() {

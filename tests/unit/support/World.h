@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "base/Error.h"
 #include "platform/Machine.h"
 #include "support/MemoryRegistry.h"
 #include "support/MemorySettings.h"
@@ -56,7 +58,12 @@ class FakeNetwork : public platform::Network {
   bool connected = true;
   std::int32_t flags = 2;
   platform::TcpStatistics statistics;
-  std::string LocalIP() override { return localIP; }
+  /// How often the local address was asked for.
+  int asked = 0;
+  std::string LocalIP() override {
+    ++asked;
+    return localIP;
+  }
   bool ConnectedState(std::int32_t& connectionFlags) override {
     connectionFlags = flags;
     return connected;
@@ -150,6 +157,19 @@ class RecordingDebugOutput : public platform::DebugOutput {
   void Trace(std::string_view line) override { lines.emplace_back(line); }
 };
 
+/// The operating system's own files. Only a plain file is replaced.
+class RealFiles : public platform::Files {
+ public:
+  /// The next replacements fail, as for a file that another program holds.
+  bool refuses = false;
+  void Replace(const std::string& from, const std::string& to) override {
+    const auto status = std::filesystem::status(to);
+    const bool plain = !std::filesystem::exists(status) || std::filesystem::is_regular_file(status);
+    if (refuses || !plain) throw base::Error(base::ErrorNumber::kPathAccess, "Unable to write file " + to);
+    std::filesystem::rename(from, to);
+  }
+};
+
 /// Everything that the program asks of the machine, in memory. It puts itself, and an interface without a
 /// screen, in place while it lives.
 class World {
@@ -172,6 +192,7 @@ class World {
   RecordingShell shell;
   ManualClock clock;
   RecordingDebugOutput debug;
+  RealFiles files;
   TemporaryFolder folder;
   ui::HeadlessToolkit toolkit;
 
