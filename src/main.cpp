@@ -24,10 +24,17 @@ void SearchLibrariesInSystemFoldersOnly() {
 }
 
 int Run() {
-  std::unique_ptr<frmMain> mainWindow;
   platform::win32::Win32Machine machine;
   ui::win32::Win32Interface nativeInterface;
-  nativeInterface.onSessionEnd = [&mainWindow] { mainWindow.reset(); };
+  std::unique_ptr<frmMain> mainWindow;
+  bool ending = false;
+  nativeInterface.onSessionEnd = [&] {
+    // The end of the program saves already.
+    if (ending) return false;
+    if (mainWindow) mainWindow->EndSession();
+    mainWindow.reset();
+    return true;
+  };
   try {
     mainWindow = std::make_unique<frmMain>();
   } catch (const std::exception& failure) {
@@ -35,8 +42,10 @@ int Run() {
     ui::ShowMessage(failure.what(), ui::MessageIcon::kCritical);
     return 1;
   }
+  mainWindow->Initialize();
   mainWindow->Load();
   ui::TheInterface().toolkit->RunWhile([&mainWindow] { return mainWindow && mainWindow->IsLoaded(); });
+  ending = true;
   mainWindow.reset();
   for (ui::Form* form : ui::Form::LoadedForms()) form->Unload(ui::CloseReason::kOwnerCloses);
   return 0;
@@ -46,5 +55,10 @@ int Run() {
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
   SearchLibrariesInSystemFoldersOnly();
-  return Run();
+  try {
+    return Run();
+  } catch (const std::exception& failure) {
+    MessageBoxA(nullptr, failure.what(), "Harbourline", MB_OK | MB_ICONERROR | MB_SETFOREGROUND);
+    return 1;
+  }
 }

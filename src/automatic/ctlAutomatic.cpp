@@ -4,6 +4,7 @@
 #include <initializer_list>
 
 #include "automatic/modWhatsRunning.h"
+#include "base/Failures.h"
 #include "platform/Machine.h"
 #include "settings/CRegistry.h"
 #include "shell/modCommon.h"
@@ -74,12 +75,16 @@ void ctlAutomatic::chkEnable_Click() {
 
 void ctlAutomatic::tmAutomatic_Timer() {
   if (!FollowPrograms()) return;
-  bool bSuccess = false;
-  g_Registry->ActivatePortForwarding(modCommon::GetLastOctet(Winsock.LocalIP()), false, bSuccess);
-  // The plug-in answers true when it failed.
+  base::Failures failures;
+  // The plug-in returns true when it failed.
+  bool bSuccess = true;
+  failures.Run([&] {
+    g_Registry->ActivatePortForwarding(modCommon::GetLastOctet(Winsock.LocalIP()), false, bSuccess);
+  });
   lblError.Caption(bSuccess ? "Too many mappings/Network error/Router busy" : "");
-  Activated.Raise();
+  failures.Run([this] { Activated.Raise(); });
   Populate();
+  failures.Rethrow();
 }
 
 bool ctlAutomatic::FollowPrograms() {

@@ -14,6 +14,7 @@ constexpr ui::Twips kLabelWidth = 1500;
 constexpr ui::Twips kFieldWidth = 3600;
 constexpr ui::Twips kButtonWidth = 1800;
 
+constexpr const char* kNotAvailable = "N/A";
 constexpr const char* kNoPlugIns =
     "No plug-ins have been installed. You need to install a plug-in for your router. Run Harbourline's Setup "
     "executable and select Modify or download a new plug-in from our website. Then rerun Setup Wizard.";
@@ -57,13 +58,15 @@ void ctlRouterConfig::BackgroundColor(ui::Color color) {
 }
 
 void ctlRouterConfig::Populate() {
-  g_Registry->CheckForPlugIns();
-  g_Registry->PopulateRouterList(cbRouterSelection);
+  base::Failures failures;
+  failures.Run([] { g_Registry->CheckForPlugIns(); });
+  failures.Run([this] { g_Registry->PopulateRouterList(cbRouterSelection); });
   const bool bEmpty = cbRouterSelection.ListCount() == 0;
   if (bEmpty) lblError.Caption(kNoPlugIns);
   cmdConfigureRouter.Enabled(!cbRouterSelection.Text().empty());
   ShowSelection(!bEmpty);
-  UpdateStatus();
+  failures.Run([this] { UpdateStatus(); });
+  failures.Rethrow();
 }
 
 void ctlRouterConfig::ShowSelection(bool bShow) {
@@ -77,34 +80,55 @@ void ctlRouterConfig::ShowSelection(bool bShow) {
 
 void ctlRouterConfig::cbRouterSelection_Click() {
   g_Registry->RouterTitle(cbRouterSelection.Text());
-  if (modServerHelper::Functional(g_Registry->Router)) {
-    UpdateStatus();
+  base::Failures failures;
+  if (Functional(failures)) {
+    failures.Run([this] { UpdateStatus(); });
   } else {
-    ClearStatus();
+    failures.Run([this] { ClearStatus(); });
   }
   cmdConfigureRouter.Enabled(!cbRouterSelection.Text().empty());
+  failures.Rethrow();
 }
 
 void ctlRouterConfig::cmdConfigureRouter_Click() {
   // A plug-in answers false when its configuration is good.
   if (modServerHelper::Configure(g_Registry->Router)) return;
-  UpdateStatus();
-  SelectionSuccessful.Raise();
+  base::Failures failures;
+  failures.Run([this] { UpdateStatus(); });
+  failures.Run([this] { SelectionSuccessful.Raise(); });
+  failures.Rethrow();
 }
 
 void ctlRouterConfig::UpdateStatus() {
-  lblVersion.Caption(modServerHelper::Version(g_Registry->Router));
+  base::Failures failures;
+  std::string sVersion = kNotAvailable;
+  failures.Run([&] { sVersion = modServerHelper::Version(g_Registry->Router); });
+  lblVersion.Caption(sVersion);
   std::string sStatus = "Not Connected to Internet";
-  if (modCommon::IsConnected()) sStatus = "WAN " + modServerHelper::WANIP(g_Registry->Router);
-  ChangedRouterSlected.Raise(sStatus, modServerHelper::Functional(g_Registry->Router));
-  lblStatus.Caption(modServerHelper::Functional(g_Registry->Router) ? "Online" : "Offline");
-  modServerHelper::SetLogging(g_Registry->Router, winSock.LocalIP());
+  if (modCommon::IsConnected()) {
+    std::string sAddress = kNotAvailable;
+    failures.Run([&] { sAddress = modServerHelper::WANIP(g_Registry->Router); });
+    sStatus = "WAN " + sAddress;
+  }
+  const bool bOperational = Functional(failures);
+  failures.Run([&] { ChangedRouterSlected.Raise(sStatus, bOperational); });
+  lblStatus.Caption(Functional(failures) ? "Online" : "Offline");
+  failures.Run([this] { modServerHelper::SetLogging(g_Registry->Router, winSock.LocalIP()); });
+  failures.Rethrow();
 }
 
 void ctlRouterConfig::ClearStatus() {
-  lblVersion.Caption("N/A");
-  ChangedRouterSlected.Raise("N/A", false);
+  base::Failures failures;
+  lblVersion.Caption(kNotAvailable);
+  failures.Run([this] { ChangedRouterSlected.Raise(kNotAvailable, false); });
   lblStatus.Caption("Offline");
+  failures.Rethrow();
+}
+
+bool ctlRouterConfig::Functional(base::Failures& failures) const {
+  bool bFunctional = false;
+  failures.Run([&] { bFunctional = modServerHelper::Functional(g_Registry->Router); });
+  return bFunctional;
 }
 
 void ctlRouterConfig::OnResize() {

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "base/Failures.h"
 #include "ui/Button.h"
 #include "ui/ComboBox.h"
 #include "ui/Label.h"
@@ -34,6 +35,8 @@ class ctlRouterConfig : public ui::UserControl {
   void cbRouterSelection_Click();
   void cmdConfigureRouter_Click();
   void ShowSelection(bool bShow);
+  /// False when the plug-in fails.
+  bool Functional(base::Failures& failures) const;
 
   ui::Label lblTitle;
   ui::Label lblRouterSelection;

@@ -120,13 +120,15 @@ bool GetFeatures(const platform::LateBoundRef& server, std::vector<std::string>&
   if (!server) return false;
   std::array arguments{ByReference(ToArray(base::ElementType::kText, sNames)),
                        ByReference(ToArray(base::ElementType::kInt16, iIdentifiers))};
-  const base::Variant result = server->Call("IServer_GetFeatures", arguments);
+  const bool bHasFeatures = base::ToBoolean(server->Call("IServer_GetFeatures", arguments));
   sNames.clear();
-  for (const base::Variant& name : Elements(arguments[0])) sNames.push_back(base::ToText(name));
   iIdentifiers.clear();
+  // What the arrays hold counts only then, and needn't be convertible.
+  if (!bHasFeatures) return false;
+  for (const base::Variant& name : Elements(arguments[0])) sNames.push_back(base::ToText(name));
   for (const base::Variant& identifier : Elements(arguments[1]))
     iIdentifiers.push_back(base::ToInt16(identifier));
-  return base::ToBoolean(result);
+  return true;
 }
 
 bool ActivateFeaure(const platform::LateBoundRef& server, std::string sLocalIP, std::int16_t iIdentifier) {

@@ -43,7 +43,7 @@ bool SetPortForwarding(const platform::LateBoundRef& server, const base::ArrayRe
                        std::int16_t iLocalIP);
 void ApplicationExiting(const platform::LateBoundRef& server, const std::string& sLocalIP);
 /// Captions and identifiers in step; both hold afterwards what the plug-in left there, from its own lower
-/// bound on. False when there are no features, and without a plug-in.
+/// bound on. False, and both empty, when there are no features, and without a plug-in.
 bool GetFeatures(const platform::LateBoundRef& server, std::vector<std::string>& sNames,
                  std::vector<std::int16_t>& iIdentifiers);
 /// True without a plug-in.

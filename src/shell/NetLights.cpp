@@ -43,7 +43,10 @@ std::int32_t NetLights::SpeedBar(bool warn) {
     peakAge_ = 0;
   }
   std::int32_t level = base;
-  if (peak_ != 0) level = base::ToInt32(static_cast<double>(delta) * kLevels / peak_ + base + 0.5);
+  // Counters that start anew go backwards, and the bar is empty for that tick.
+  if (peak_ != 0 && delta >= 0) {
+    level = base::ToInt32(static_cast<double>(delta) * kLevels / peak_ + base + 0.5);
+  }
   if (delta > 0 && level == 0) level = 1;
   return level + kFirstBar;
 }

@@ -1,5 +1,6 @@
 #include "shell/frmMain.h"
 
+#include "base/Failures.h"
 #include "platform/Machine.h"
 #include "plugins/modServerHelper.h"
 #include "settings/CRegistry.h"
@@ -65,11 +66,19 @@ frmMain::frmMain()
   LoadPictures();
   ColourPages();
   OnResize();
-  Guarded("Initialize.ctlRouter", [this] { ctlRouter.Populate(); });
-  Guarded("Initialize.SetMenuAccess", [this] { SetMenuAccess(); });
-  Guarded("Initialize.ctlRouterLog", [this] { ctlRouterLog_.Reset(); });
-  Guarded("Initialize.PopulateCategories", [this] { PopulateCategories({}); });
-  Guarded("Initialize.ActivateProfiles", [this] { ActivateProfiles(true); });
+}
+
+void frmMain::Initialize() {
+  {
+    // Several steps ask the plug-in for the same.
+    const ui::EventGuard::Once once;
+    Guarded("Initialize.ctlRouter", [this] { ctlRouter.Populate(); });
+    Guarded("Initialize.SetMenuAccess", [this] { SetMenuAccess(); });
+    Guarded("Initialize.ctlRouterLog", [this] { ctlRouterLog_.Reset(); });
+    Guarded("Initialize.PopulateCategories", [this] { PopulateCategories({}); });
+    Guarded("Initialize.ActivateProfiles", [this] { ActivateProfiles(true); });
+  }
+  initialised_ = true;
 }
 
 frmMain::~frmMain() {
@@ -187,6 +196,16 @@ void frmMain::OnQueryUnload(bool& cancel, ui::CloseReason reason) {
   }
 }
 
+void frmMain::EndSession() {
+  if (IsLoaded()) return;
+  // The session ends while the start still shows a box: the window that would be asked isn't loaded yet.
+  Guarded("QueryUnload", [this] {
+    bool cancel = false;
+    OnQueryUnload(cancel, ui::CloseReason::kSessionEnds);
+  });
+  Guarded("Unload", [this] { OnUnload(); });
+}
+
 void frmMain::OnUnload() {
   if (g_Registry->RouterValid()) modServerHelper::ApplicationExiting(g_Registry->Router, winSock.LocalIP());
 }
@@ -200,9 +219,11 @@ void frmMain::SetMenuAccess() {
 }
 
 void frmMain::RouterSelected(const std::string& sRouterTitle) {
+  base::Failures failures;
   SetMenuAccess();
-  ctlRouterLog_.Reset();
+  failures.Run([this] { ctlRouterLog_.Reset(); });
   ctlSysTray_.ToolTip(sRouterTitle);
+  failures.Rethrow();
 }
 
 void frmMain::ActivateProfiles(bool bReset) {
@@ -235,7 +256,8 @@ void frmMain::ctlMapProfile_ProfileChange() {
 }
 
 void frmMain::mnuSetup_Click() {
-  Show();
+  // To show the window loads it, and while the start shows a box it is too early for that.
+  if (initialised_) Show();
 }
 
 void frmMain::mnuHelp_Click() {

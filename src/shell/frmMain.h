@@ -7,6 +7,7 @@
 
 #include "activitylog/ctlRouterLog.h"
 #include "automatic/ctlAutomatic.h"
+#include "base/Failures.h"
 #include "editing/ctlExport.h"
 #include "editing/ctlMapProfile.h"
 #include "plugins/ctlRouterConfig.h"
@@ -27,14 +28,21 @@
 #include "ui/TreeView.h"
 #include "ui/ctlSysTray.h"
 
-/// The main window and the entry of the program. Its construction loads the state and sends the active
-/// profiles to the router; its load puts the program into the notification area, where it stays with the
-/// window hidden; its destruction saves the state.
+/// The main window and the entry of the program. Its construction loads the state; Initialize fills the pages
+/// and sends the active profiles to the router; its load puts the program into the notification area, where
+/// it stays with the window hidden; its destruction saves the state.
 class frmMain : public ui::Form {
  public:
-  /// Fails when the state can't be loaded; nothing is saved then.
+  /// Throws when the state can't be loaded; nothing is saved then.
   frmMain();
   ~frmMain() override;
+
+  /// The first step after the construction, so that the owner holds the window while plug-ins are called and
+  /// boxes are shown: the session may end meanwhile.
+  void Initialize();
+  /// The session has ended. A window that isn't loaded yet saves and reports the end to the plug-in here; a
+  /// loaded one was asked before.
+  void EndSession();
 
   /// Enables what needs a router, and shows the profiles in the menu when there are any.
   void SetMenuAccess();
@@ -75,7 +83,9 @@ class frmMain : public ui::Form {
 
   // Connection and traffic.
   void timerNetLights_Timer();
-  bool CheckForWarning();
+  void ShowTraffic(base::Failures& failures);
+  /// A plug-in that fails has no warning.
+  bool CheckForWarning(base::Failures& failures);
 
   // The menu of the notification area.
   void ShowTrayMenu();
@@ -140,6 +150,7 @@ class frmMain : public ui::Form {
   /// The feature behind each entry of mnuSubFeatures; index 0 is none.
   std::vector<std::int16_t> m_iFeatureIDs;
   bool m_bHasFeatures = false;
+  bool initialised_ = false;
   /// "Exit" was chosen and confirmed, which can happen before the window is loaded.
   bool exitChosen_ = false;
 };

@@ -1,4 +1,5 @@
 #include "base/Error.h"
+#include "base/Failures.h"
 #include "plugins/modServerHelper.h"
 #include "settings/CRegistry.h"
 #include "shell/frmMain.h"
@@ -31,15 +32,27 @@ ui::Menu& AddEntry(ui::MenuArray& entries, std::int32_t iIndex, std::string sCap
 }  // namespace
 
 void frmMain::ShowTrayMenu() {
-  mnuCopyIP.Caption("&Copy IP (" + modServerHelper::WANIP(g_Registry->Router) + ") to Clipboard");
-  PopulateTrayMenu();
+  // A failure is shown once in a run, and the menu opens after its box: the user needs it most of all when a
+  // plug-in misbehaves.
+  ui::EventGuard::Run(*this, "ShowTrayMenu", ui::EventGuard::Repeats::kYes, [this] {
+    base::Failures failures;
+    std::string sAddress = "N/A";
+    failures.Run([&] { sAddress = modServerHelper::WANIP(g_Registry->Router); });
+    mnuCopyIP.Caption("&Copy IP (" + sAddress + ") to Clipboard");
+    failures.Run([this] { PopulateTrayMenu(); });
+    failures.Rethrow();
+  });
   mnuPopUp.ShowAsPopup();
 }
 
 void frmMain::PopulateTrayMenu() {
+  base::Failures failures;
   PopulateProfileEntries();
-  PopulateFeatureEntries();
+  m_bHasFeatures = false;
+  failures.Run([this] { PopulateFeatureEntries(); });
+  mnuFeatures.Visible(m_bHasFeatures);
   SetProfileMenuVisibility();
+  failures.Rethrow();
 }
 
 void frmMain::PopulateProfileEntries() {
@@ -59,15 +72,14 @@ void frmMain::PopulateProfileEntries() {
 void frmMain::PopulateFeatureEntries() {
   std::vector<std::string> sNames;
   std::vector<std::int16_t> iIdentifiers;
-  m_bHasFeatures = modServerHelper::GetFeatures(g_Registry->Router, sNames, iIdentifiers);
-  mnuFeatures.Visible(m_bHasFeatures);
-  if (!m_bHasFeatures) return;
-  KeepPatternOnly(mnuSubFeatures);
-  m_iFeatureIDs.assign(1, 0);
+  if (!modServerHelper::GetFeatures(g_Registry->Router, sNames, iIdentifiers)) return;
   if (sNames.size() < iIdentifiers.size()) {
     throw base::Error(base::ErrorNumber::kSubscript,
                       "The router's plug-in gives fewer names of features than identifiers");
   }
+  m_bHasFeatures = true;
+  KeepPatternOnly(mnuSubFeatures);
+  m_iFeatureIDs.assign(1, 0);
   for (std::size_t i = 0; i < iIdentifiers.size(); ++i) {
     const auto iIndex = static_cast<std::int32_t>(i + 1);
     AddEntry(mnuSubFeatures, iIndex, sNames[i]);

@@ -5,21 +5,27 @@
 #include "shell/modCommon.h"
 
 void frmMain::timerNetLights_Timer() {
+  base::Failures failures;
   m_NetLights.Flip();
-  if (!modCommon::IsConnected()) {
-    ctlSysTray_.Icon(ilNetLights.Get(CheckForWarning() ? "NotConnectedFlash" : "NotConnected"));
-    return;
+  if (modCommon::IsConnected()) {
+    ShowTraffic(failures);
+  } else {
+    ctlSysTray_.Icon(ilNetLights.Get(CheckForWarning(failures) ? "NotConnectedFlash" : "NotConnected"));
   }
+  failures.Rethrow();
+}
+
+void frmMain::ShowTraffic(base::Failures& failures) {
   platform::TcpStatistics statistics;
   platform::TheMachine().network->GetTcpStatistics(statistics);
   if (!m_NetLights.Compare(statistics)) return;
   ui::PictureRef picture;
   switch (g_Registry->TrayLights) {
     case 1:
-      picture = ilNetLights.Get(m_NetLights.ActivityLights(CheckForWarning()));
+      picture = ilNetLights.Get(m_NetLights.ActivityLights(CheckForWarning(failures)));
       break;
     case 2:
-      picture = ilNetLights.Get(m_NetLights.SpeedBar(CheckForWarning()));
+      picture = ilNetLights.Get(m_NetLights.SpeedBar(CheckForWarning(failures)));
       break;
     case 3:
       picture = Icon();
@@ -31,7 +37,10 @@ void frmMain::timerNetLights_Timer() {
   m_NetLights.Store();
 }
 
-bool frmMain::CheckForWarning() {
+bool frmMain::CheckForWarning(base::Failures& failures) {
+  if (!g_Registry->RouterValid()) return false;
   // The plug-in is asked on every tick, and its warning shows on every other.
-  return modServerHelper::CheckForWarning(g_Registry->Router, winSock.LocalIP()) && m_NetLights.Flash();
+  bool bWarning = false;
+  failures.Run([&] { bWarning = modServerHelper::CheckForWarning(g_Registry->Router, winSock.LocalIP()); });
+  return bWarning && m_NetLights.Flash();
 }

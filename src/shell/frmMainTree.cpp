@@ -2,6 +2,7 @@
 #include <initializer_list>
 
 #include "base/Error.h"
+#include "base/Failures.h"
 #include "settings/CRegistry.h"
 #include "shell/frmMain.h"
 #include "shell/modCommon.h"
@@ -60,8 +61,10 @@ void frmMain::PopulateCategories(const std::string& sNodeKey) {
   if (!tvCategories.Contains(sKey)) sKey = kFirstPage;
   g_Registry->LastMenuLocation = sKey;
   tvCategories.SelectedKey(sKey);
-  tvCategories_NodeClick();
+  base::Failures failures;
+  failures.Run([this] { tvCategories_NodeClick(); });
   tvCategories.Visible(true);
+  failures.Rethrow();
 }
 
 void frmMain::tvCategories_NodeClick() {
@@ -83,33 +86,33 @@ void frmMain::HidePages() {
 }
 
 void frmMain::ShowPage(std::string_view sNodeKey) {
-  const auto show = [this](ui::Control& page, std::int32_t topic) {
+  base::Failures failures;
+  // A page that can't be filled shows what it has.
+  const auto show = [&](ui::Control& page, std::int32_t topic, const auto& prepare) {
     HelpContextID(topic);
+    failures.Run(prepare);
     page.Visible(true);
   };
+  const auto nothing = [] {};
   if (sNodeKey == "WindowsConfiguration") {
-    show(ctlWinStartup, 4000);
+    show(ctlWinStartup, 4000, nothing);
   } else if (sNodeKey == "RouterConfiguration") {
-    ctlRouter.Populate();
-    show(ctlRouter, 2000);
+    show(ctlRouter, 2000, [this] { ctlRouter.Populate(); });
   } else if (sNodeKey == "PortForwardingProfiles") {
-    ctlMapProfile_.Populate();
-    show(ctlMapProfile_, 9000);
+    show(ctlMapProfile_, 9000, [this] { ctlMapProfile_.Populate(); });
   } else if (sNodeKey == "PortForwardingExport" || sNodeKey == "PortForwardingImport") {
     const bool bExport = sNodeKey == "PortForwardingExport";
     ctlExport_.TransferType(bExport ? kExport : kImport);
     ctlExport_.HelpContextID(kTransferTopic);
-    ctlExport_.Populate();
-    show(ctlExport_, bExport ? 7000 : 8000);
+    show(ctlExport_, bExport ? 7000 : 8000, [this] { ctlExport_.Populate(); });
   } else if (sNodeKey == "PortForwardingAuto") {
-    ctlAutomatic_.Populate();
-    show(ctlAutomatic_, 6000);
+    show(ctlAutomatic_, 6000, [this] { ctlAutomatic_.Populate(); });
   } else if (sNodeKey == "LogConfiguration") {
-    ctlRouterLog_.RefreshData();
-    show(ctlRouterLog_, 1000);
+    show(ctlRouterLog_, 1000, [this] { ctlRouterLog_.RefreshData(); });
   } else if (sNodeKey == "Wizard") {
-    show(ctlSetupWizard_, 3000);
+    show(ctlSetupWizard_, 3000, nothing);
   }
+  failures.Rethrow();
 }
 
 void frmMain::ShowText(std::string_view sNodeKey) {

@@ -34,6 +34,9 @@ class Flag {
 
 Form::Form(std::string name, std::string caption, Style style, Twips width, Twips height)
     : Control(Kind::kForm, nullptr, std::move(name)), style_(style), caption_(std::move(caption)) {
+  // The list is made before the first window is complete, so that it outlives a window that lives until the
+  // process ends.
+  Loaded();
   Control::Visible(false);
   Move(0, 0, width, height);
 }
@@ -192,6 +195,7 @@ std::vector<Form*> Form::LoadedForms() {
 }
 
 bool Form::QuerySessionEnd() {
+  const EventGuard::Unattended nobodyAnswers;
   for (Form* form : LoadedForms()) {
     // One that was asked before may have taken this one away.
     if (!IsAmongLoaded(form)) continue;

@@ -72,7 +72,8 @@ class Form : public Control {
 
   /// All windows that are loaded now, in the order of loading.
   static std::vector<Form*> LoadedForms();
-  /// True when no loaded window refuses the end of the session.
+  /// True when no loaded window refuses the end of the session. What fails meanwhile is traced: a box would
+  /// hold up the end.
   static bool QuerySessionEnd();
 
   /// With the mouse's place in twips.

@@ -81,6 +81,14 @@ TEST(NetLightsTest, SpeedBarWithoutTrafficIsEmpty) {
   EXPECT_EQ(traffic.Bar(0, kWarn), 15);
 }
 
+TEST(NetLightsTest, SpeedBarIsEmptyWhenTheCountersGoBackwards) {
+  Traffic traffic;
+  EXPECT_EQ(traffic.Bar(100), 14);
+  EXPECT_EQ(traffic.Bar(static_cast<std::uint32_t>(-900)), 10);
+  EXPECT_EQ(traffic.Bar(100), 14);
+  EXPECT_EQ(traffic.Bar(static_cast<std::uint32_t>(-900), kWarn), 15);
+}
+
 TEST(NetLightsTest, SpeedBarAtThePeakIsFullBecauseFourAndAHalfGoesToTheEvenFour) {
   Traffic traffic;
   EXPECT_EQ(traffic.Bar(100), 14);

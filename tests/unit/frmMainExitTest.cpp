@@ -119,6 +119,45 @@ TEST_F(frmMainExitTest, ALogOffSavesTwiceAndTellsThePlugInInOrder) {
   EXPECT_THAT(Calls("ApplicationExiting"), ElementsAre("call IServer_ApplicationExiting(\"192.168.1.7\")"));
 }
 
+TEST_F(frmMainExitTest, APlugInThatFailsWhileTheSessionEndsHoldsNothingUpByABox) {
+  router->Fail("IServer_SaveSettings", 5, "no room");
+  EXPECT_TRUE(ui::Form::QuerySessionEnd());
+  EXPECT_THAT(world.toolkit.messages, IsEmpty());
+  EXPECT_THAT(world.debug.lines, testing::Contains(testing::HasSubstr("no room (5)")));
+  {
+    const ui::EventGuard::Unattended nobodyAnswers;
+    End();
+  }
+  EXPECT_THAT(world.toolkit.messages, IsEmpty());
+  EXPECT_EQ(world.settings.Value("RouterClass"), kClass);
+}
+
+class frmMainSessionEndTest : public testing::Test, protected support::Shell {};
+
+TEST_F(frmMainSessionEndTest, ALogOffDuringABoxOfTheStartSavesTwiceAndTellsThePlugInInOrder) {
+  SelectRouter();
+  StoreProfile(1, "Game", true);
+  router->Answer("IServer_SetPortForwarding", true);
+  world.toolkit.whileMessage = [this](const ui::Message&) {
+    world.settings.Values().clear();
+    router->calls.clear();
+    // As the end of the session does, after which the process ends.
+    EXPECT_TRUE(ui::Form::QuerySessionEnd());
+    main->EndSession();
+    EXPECT_EQ(world.settings.Value("MP_1_Name"), "Game");
+    EXPECT_EQ(world.settings.Value("MP_1_Enabled"), "True");
+    EXPECT_TRUE(world.folder.Contains("RouterLog.dat"));
+    EXPECT_THAT(router->calls,
+                ElementsAre("get IServer_ClassName", "get IServer_ClassName", "call IServer_SaveSettings()",
+                            "call IServer_ApplicationExiting(\"192.168.1.7\")"));
+  };
+  Start();
+  EXPECT_EQ(world.toolkit.messages.size(), 1u);
+  router->calls.clear();
+  End();
+  EXPECT_EQ(Calls("SaveSettings").size(), 1u);
+}
+
 TEST_F(frmMainExitTest, ALogOffThatIsCalledOffLeavesTheProgramRunning) {
   EXPECT_TRUE(ui::Form::QuerySessionEnd());
   world.toolkit.Advance(1000);

@@ -107,13 +107,67 @@ TEST_F(frmMainMenuTest, AFeatureIsCalledByItsIdentifier) {
   EXPECT_THAT(Calls("ActivateFeaure"), ElementsAre("call IServer_ActivateFeaure(&\"192.168.1.7\", &9:16)"));
 }
 
-TEST_F(frmMainMenuTest, APlugInWithoutGetFeaturesIsToldAndNoMenuOpens) {
-  SelectRouter();
-  Start();
+TEST_F(frmMainMenuTest, APlugInWithoutGetFeaturesIsToldOnceAndTheMenuOpensWithoutFeatures) {
+  ThreeProfiles();
+  GiveFeatures();
+  See();
   router->Lack("IServer_GetFeatures");
-  EXPECT_THAT(See(), IsEmpty());
+  for (int opening = 0; opening < 3; ++opening) {
+    EXPECT_THAT(See(), ElementsAre("&Copy IP (203.0.113.9) to Clipboard", "-", "&Clear DMZ Hosting",
+                                   "&Set DMZ to This Computer", "-", "&Profiles", "-", "&Setup...",
+                                   "&Help...", "&Exit", "-", "&Cancel"));
+    EXPECT_THAT(See("mnuPortForwarding"), ElementsAre("Clear All", "-", "+Game", "Voice", "chess"));
+  }
   ASSERT_EQ(world.toolkit.messages.size(), 1u);
   EXPECT_THAT(world.toolkit.messages[0].text, HasSubstr("IServer_GetFeatures"));
+}
+
+TEST_F(frmMainMenuTest, AnAddressThatCanNotBeReadIsToldOnceAndTheMenuOpensWithNotAvailable) {
+  ThreeProfiles();
+  GiveFeatures();
+  router->Fail("IServer_WANIP", 7, "no answer");
+  for (int opening = 0; opening < 3; ++opening) {
+    const auto captions = See();
+    ASSERT_FALSE(captions.empty());
+    EXPECT_EQ(captions.front(), "&Copy IP (N/A) to Clipboard");
+    EXPECT_THAT(captions,
+                testing::IsSupersetOf({"&Profiles", "&Features", "&Setup...", "&Help...", "&Exit"}));
+  }
+  ASSERT_EQ(world.toolkit.messages.size(), 1u);
+  EXPECT_EQ(world.toolkit.messages[0].text, "no answer (7)");
+}
+
+TEST_F(frmMainMenuTest, AnAddressOfTheWrongKindLeavesTheMenuInReach) {
+  ThreeProfiles();
+  router->Answer("IServer_WANIP", base::MakeArray(base::ElementType::kInt16, 0, {std::int16_t{5}}));
+  EXPECT_THAT(See(), testing::Contains("&Exit"));
+  EXPECT_EQ(world.toolkit.messages.size(), 1u);
+}
+
+TEST_F(frmMainMenuTest, OddArraysWithTheAnswerFalseMeanNoFeaturesAndAreNotConverted) {
+  ThreeProfiles();
+  router->Do("IServer_GetFeatures", [](std::span<platform::Argument> arguments) {
+    arguments[0].value = std::int32_t{12};
+    arguments[1].value = base::MakeArray(base::ElementType::kText, 0, {std::string("no number")});
+    return base::Variant(false);
+  });
+  EXPECT_THAT(See(), testing::Contains("&Exit"));
+  EXPECT_THAT(world.toolkit.messages, IsEmpty());
+}
+
+TEST_F(frmMainMenuTest, ADoubleClickDuringABoxOfTheStartDoesNotLoadTheWindowEarly) {
+  SelectRouter();
+  StoreProfile(1, "Game", true);
+  router->Answer("IServer_SetPortForwarding", true);
+  world.toolkit.whileMessage = [this](const ui::Message&) {
+    EXPECT_FALSE(main->IsLoaded());
+    Tray().UserMouseMove(515 * world.toolkit.twipsPerPixel, 0);
+    EXPECT_FALSE(main->IsLoaded());
+  };
+  Start();
+  EXPECT_EQ(world.toolkit.messages.size(), 1u);
+  EXPECT_TRUE(main->IsLoaded());
+  EXPECT_FALSE(main->Visible());
 }
 
 TEST_F(frmMainMenuTest, FewerNamesThanIdentifiersAreToldInPlainWords) {
@@ -123,7 +177,8 @@ TEST_F(frmMainMenuTest, FewerNamesThanIdentifiersAreToldInPlainWords) {
     arguments[1].value = base::MakeArray(base::ElementType::kInt16, 0, {std::int16_t{5}});
     return base::Variant(true);
   });
-  See();
+  EXPECT_THAT(See(),
+              testing::AllOf(testing::Contains("&Exit"), testing::Not(testing::Contains("&Features"))));
   ASSERT_EQ(world.toolkit.messages.size(), 1u);
   EXPECT_THAT(world.toolkit.messages[0].text, HasSubstr("fewer names of features than identifiers"));
 }

@@ -158,4 +158,33 @@ TEST_F(frmMainMonitorTest, APlugInThatFailsThreeTimesASecondShowsOneBox) {
   EXPECT_EQ(world.toolkit.messages[0].text, "no answer (9)");
 }
 
+TEST_F(frmMainMonitorTest, AWarningThatCanNotBeAskedForCountsAsNoneAndTheLightsGoOn) {
+  StartInMode("1");
+  Tick();
+  router->Fail("IServer_CheckForWarning", 9, "no answer");
+  for (int tick = 0; tick < 2; ++tick) {
+    Traffic(0, 1);
+    Tick();
+    EXPECT_EQ(Picture(), "NETLIGHT02");
+    Tick();
+    EXPECT_EQ(Picture(), "NETLIGHT01");
+  }
+  world.network.connected = false;
+  for (int tick = 0; tick < 2; ++tick) {
+    Tick();
+    EXPECT_EQ(Picture(), "NETLIGHT09");
+  }
+  EXPECT_EQ(world.toolkit.messages.size(), 1u);
+}
+
+TEST_F(frmMainMonitorTest, WithoutARouterATickAsksForNoLocalAddress) {
+  Start();
+  world.network.asked = 0;
+  Tick();
+  Tick();
+  world.network.connected = false;
+  Tick();
+  EXPECT_EQ(world.network.asked, 0);
+}
+
 }  // namespace

@@ -79,7 +79,11 @@ int EndSession(const std::vector<std::string>& arguments, bool ask) {
   nativeInterface.onSessionEnd = [&] {
     mainWindow->Unload();
     mainWindow.reset();
+    // The other windows are told while the first one still saves.
+    SendMessageA(other.Window(), WM_QUERYENDSESSION, 0, 0);
+    SendMessageA(other.Window(), WM_ENDSESSION, TRUE, 0);
     note("saved");
+    return true;
   };
   if (ask) {
     SendMessageA(mainWindow->Window(), WM_QUERYENDSESSION, 0, 0);

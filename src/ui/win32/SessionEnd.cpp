@@ -1,6 +1,7 @@
 #include "ui/win32/SessionEnd.h"
 
 #include <string>
+#include <utility>
 
 #include "ui/EventGuard.h"
 #include "ui/Form.h"
@@ -17,7 +18,7 @@ struct Session {
 std::optional<LRESULT> SessionEnd::Answer(HWND window, UINT message, WPARAM wParam) {
   switch (message) {
     case WM_QUERYENDSESSION:
-      return Query(window) ? TRUE : FALSE;
+      return ending_ || Query(window) ? TRUE : FALSE;
     case WM_ENDSESSION:
       if (wParam != FALSE) End();
       answer_.reset();
@@ -43,11 +44,14 @@ bool SessionEnd::Query(HWND window) {
 }
 
 void SessionEnd::End() {
+  if (std::exchange(ending_, true)) return;
   if (!answer_) Form::QuerySessionEnd();
-  EventGuard::Run(Session{}, "End", EventGuard::Repeats::kNo, [this] {
-    if (onEnd_) onEnd_();
+  const EventGuard::Unattended nobodyAnswers;
+  bool mayExit = true;
+  EventGuard::Run(Session{}, "End", EventGuard::Repeats::kNo, [&] {
+    if (onEnd_) mayExit = onEnd_();
   });
-  ExitProcess(0);
+  if (mayExit) ExitProcess(0);
 }
 
 }  // namespace ui::win32

@@ -11,7 +11,7 @@ namespace ui::win32 {
 
 /// What the peers of one interface share.
 struct Surroundings {
-  explicit Surroundings(const std::function<void()>& onSessionEnd) : sessionEnd(onSessionEnd) {}
+  explicit Surroundings(const std::function<bool()>& onSessionEnd) : sessionEnd(onSessionEnd) {}
 
   Win32Screen screen;
   Fonts fonts;

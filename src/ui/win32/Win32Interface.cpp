@@ -39,7 +39,7 @@ class Apartment {
 }  // namespace
 
 struct Win32Interface::Parts {
-  explicit Parts(const std::function<void()>& onSessionEnd) : surroundings(onSessionEnd) {}
+  explicit Parts(const std::function<bool()>& onSessionEnd) : surroundings(onSessionEnd) {}
 
   Apartment apartment;
   Surroundings surroundings;

@@ -17,8 +17,8 @@ class Win32Interface {
 
   /// Runs when the session ends, before the process does: the machine ends the program as soon as its windows
   /// have heard of the end, so all that is to be kept must be kept here. Nothing of the calls below runs any
-  /// more.
-  std::function<void()> onSessionEnd;
+  /// more, unless it returns false: the program is ending by itself already.
+  std::function<bool()> onSessionEnd;
 
  private:
   struct Parts;

@@ -21,7 +21,10 @@ class Shell {
   static constexpr const char* kClass = "Test.Router";
 
   /// The title window, which takes seven seconds of the clock, is switched off.
-  Shell() { Store("ShowSplashOnStartup", "False"); }
+  Shell() {
+    ui::EventGuard::Reset();
+    Store("ShowSplashOnStartup", "False");
+  }
 
   /// The plug-in stands selected, as after a save of the running version.
   void SelectRouter() {
@@ -48,6 +51,7 @@ class Shell {
     // Where the program keeps its files.
     world.process.path = world.folder.PathOf("Harbourline.exe");
     main = std::make_unique<frmMain>();
+    main->Initialize();
     main->Load();
   }
   void End() { main.reset(); }
