@@ -157,10 +157,7 @@ void ctlMapProfile::mnuRenameProfile_Click() {
   if (const auto row = lvProfiles.SelectedRow()) lvProfiles.StartLabelEdit(*row);
 }
 
-void ctlMapProfile::lvProfiles_AfterLabelEdit(bool& bCancel, const std::string& sNewText) {
-  const std::string sKey = SelectedKey();
-  bCancel = sKey.empty();
-  if (bCancel) return;
+void ctlMapProfile::lvProfiles_AfterLabelEdit(bool&, const std::string& sKey, const std::string& sNewText) {
   const auto profile = g_Registry->GetMapProfileByKey(sKey);
   profile->sName = sNewText;
   g_Registry->RemoveMapProfile(sKey, nullptr);

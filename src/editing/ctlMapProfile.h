@@ -44,7 +44,7 @@ class ctlMapProfile : public ui::UserControl {
   void tbProfiles_ButtonClick(const std::string& sKey);
   void lvProfiles_KeyUp(std::int32_t iKey);
   void lvProfiles_GotFocus();
-  void lvProfiles_AfterLabelEdit(bool& bCancel, const std::string& sNewText);
+  void lvProfiles_AfterLabelEdit(bool& bCancel, const std::string& sKey, const std::string& sNewText);
   void ctlProfile_Accept();
 
   ui::Label lblTitle;

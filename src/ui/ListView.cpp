@@ -170,20 +170,22 @@ void ListView::UserCheck(std::size_t row, bool checked) {
   FromUser("ItemCheck", [this] { ItemCheck.Raise(); });
 }
 
-bool ListView::UserLabelEditStart() {
+bool ListView::UserLabelEditStart(std::size_t row) {
+  if (row >= rows_.Count()) return false;
+  editedKey_ = Key(row);
   bool cancel = !style_.labelEdit;
   FromUser("BeforeLabelEdit", [&] { BeforeLabelEdit.Raise(cancel); });
   return !cancel;
 }
 
-void ListView::UserLabelEditEnd(std::size_t row, const std::string& text) {
-  if (row >= rows_.Count()) return;
-  // The handler may move the rows.
-  const std::string key(Key(row));
+void ListView::UserLabelEditEnd(const std::string& text) {
+  // The handler may start another edit.
+  const std::string key = editedKey_;
+  if (!Find(key)) return;
   bool accepted = false;
   FromUser("AfterLabelEdit", [&] {
     bool cancel = false;
-    AfterLabelEdit.Raise(cancel, text);
+    AfterLabelEdit.Raise(cancel, key, text);
     accepted = !cancel;
   });
   if (!accepted) return;

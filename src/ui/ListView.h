@@ -110,16 +110,18 @@ class ListView : public Control {
   base::Event<> ItemCheck;
   /// The handler may set the argument to cancel the edit before it starts.
   base::Event<bool&> BeforeLabelEdit;
-  /// With the new text; the handler may cancel, and its failure cancels too.
-  base::Event<bool&, const std::string&> AfterLabelEdit;
+  /// With the key of the row whose label was edited, which need not be the selected one by now, and the new
+  /// text; the handler may cancel, and its failure cancels too.
+  base::Event<bool&, const std::string&, const std::string&> AfterLabelEdit;
 
   /// What is reported of a row that has gone meanwhile is ignored.
   void UserSelect(std::size_t row, bool selected);
   void UserSelectAll(bool selected);
   void UserCheck(std::size_t row, bool checked);
   /// True when the edit may go on.
-  bool UserLabelEditStart();
-  void UserLabelEditEnd(std::size_t row, const std::string& text);
+  bool UserLabelEditStart(std::size_t row);
+  /// Ends the edit that was started last. Rows may have come and gone since.
+  void UserLabelEditEnd(const std::string& text);
   void UserItemClick();
   void UserDblClick();
   void UserRightButtonUp();
@@ -144,3 +146,5 @@ class ListView : public Control {
 };
 
 }  // namespace ui
+  /// The key of the row whose label is edited.
+  std::string editedKey_;

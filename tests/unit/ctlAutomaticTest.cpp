@@ -167,7 +167,7 @@ TEST_F(ctlAutomaticTest, AnAutoProfileWithoutClassAndTitleIsSwitchedOffAtTheFirs
 
 TEST_F(ctlAutomaticTest, TheListIsForReading) {
   StartWithPrograms();
-  EXPECT_FALSE(Rows().UserLabelEditStart());
+  EXPECT_FALSE(Rows().UserLabelEditStart(0));
 }
 
 TEST_F(ctlAutomaticTest, APlugInThatRaisesAnErrorAtEveryTickIsToldOnce) {

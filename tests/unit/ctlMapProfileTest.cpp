@@ -81,8 +81,8 @@ class ctlMapProfileTest : public testing::Test, protected support::Shell {
   }
   /// The user ends a label edit of the selected row with that text.
   void Rename(const std::string& text) {
-    ASSERT_TRUE(Rows().UserLabelEditStart());
-    Rows().UserLabelEditEnd(*Rows().SelectedRow(), text);
+    ASSERT_TRUE(Rows().UserLabelEditStart(*Rows().SelectedRow()));
+    Rows().UserLabelEditEnd(text);
   }
   void Popup(const std::string& entry) {
     world.toolkit.choosePopup = [entry](ui::Menu& menu) { return Find(menu, entry); };
@@ -291,13 +291,30 @@ TEST_F(ctlMapProfileTest, AnyTextIsAName) {
   }
 }
 
-TEST_F(ctlMapProfileTest, ARenameWhoseRowIsNotSelectedAnyMoreChangesNothing) {
-  Open({"Game"});
-  Rows().UserSelect(0, false);
-  Rows().UserLabelEditEnd(0, "Other");
-  EXPECT_THAT(Texts(), ElementsAre("Game"));
-  EXPECT_THAT(Names(), ElementsAre("Game"));
-  EXPECT_EQ(changes, 0);
+TEST_F(ctlMapProfileTest, ARenameGoesToTheRowWhoseLabelWasEditedAlsoWhenTheToolBarAddsBeforeItEnds) {
+  Open({"Game", "Zoo"});
+  SelectRow("Game");
+  const std::string key(Rows().Key(0));
+  ASSERT_TRUE(Rows().UserLabelEditStart(0));
+  ToolBar().UserClick("Add");
+  ASSERT_EQ(Selected(), "New Profile");
+  Rows().UserLabelEditEnd("Typed");
+  EXPECT_THAT(Names(), ElementsAre("New Profile", "Typed", "Zoo"));
+  EXPECT_EQ(g_Registry->GetMapProfileByKey(key)->sName, "Typed");
+  EXPECT_EQ(Rows().Text(*Rows().Find(key)), "Typed");
+  EXPECT_EQ(Selected(), "New Profile");
+  EXPECT_EQ(InEditor<ui::TextBox>("txtName").Text(), "New Profile");
+}
+
+TEST_F(ctlMapProfileTest, ARenameOfARowThatIsNotSelectedAnyMoreIsKept) {
+  Open({"A", "Game"});
+  SelectRow("Game");
+  ASSERT_TRUE(Rows().UserLabelEditStart(1));
+  Rows().UserSelect(1, false);
+  Rows().UserLabelEditEnd("Other");
+  EXPECT_THAT(Texts(), ElementsAre("A", "Other"));
+  EXPECT_THAT(Names(), ElementsAre("A", "Other"));
+  EXPECT_EQ(changes, 1);
 }
 
 TEST_F(ctlMapProfileTest, DeleteAsksWithTheNameInQuotesAndNoQuestionMark) {

@@ -294,7 +294,7 @@ TEST_F(RouterLogPage, FitsItsColumnsWhenItIsMade) {
 
 TEST_F(RouterLogPage, CancelsTheEditingOfARow) {
   AddRows(1);
-  EXPECT_FALSE(List().UserLabelEditStart());
+  EXPECT_FALSE(List().UserLabelEditStart(0));
 }
 
 TEST_F(RouterLogPage, ScrollsToTheRowThatIsClicked) {

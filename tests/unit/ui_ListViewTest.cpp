@@ -153,7 +153,7 @@ TEST_F(UiListView, AReportOfARowThatHasGoneIsIgnored) {
   list.ItemCheck.Connect([&] { ++checks; });
   list.UserSelect(4, true);
   list.UserCheck(4, true);
-  list.UserLabelEditEnd(4, "new");
+  list.UserLabelEditEnd("new");
   EXPECT_EQ(list.SelectedCount(), 0u);
   EXPECT_EQ(list.SelectedRow(), std::nullopt);
   EXPECT_EQ(checks, 0);
@@ -246,20 +246,22 @@ TEST_F(UiListView, TellsWhatTheUserDoes) {
 }
 
 TEST_F(UiListView, ALabelEditMayBeCancelledBeforeItStarts) {
-  EXPECT_TRUE(list.UserLabelEditStart());
-  EXPECT_FALSE(single.UserLabelEditStart());
+  EXPECT_TRUE(list.UserLabelEditStart(0));
+  EXPECT_FALSE(list.UserLabelEditStart(4)) << "there is no such row";
+  EXPECT_FALSE(single.UserLabelEditStart(0));
   list.BeforeLabelEdit.Connect([](bool& cancel) { cancel = true; });
-  EXPECT_FALSE(list.UserLabelEditStart());
+  EXPECT_FALSE(list.UserLabelEditStart(0));
 }
 
 TEST_F(UiListView, ALabelEditGivesTheRowItsNewText) {
   std::string told;
-  list.AfterLabelEdit.Connect([&](bool&, const std::string& text) {
-    told = text;
+  list.AfterLabelEdit.Connect([&](bool&, const std::string& key, const std::string& text) {
+    told = key + " " + text;
     EXPECT_EQ(list.Text(1), "text b") << "the handler sees the old text";
   });
-  list.UserLabelEditEnd(1, "New Name");
-  EXPECT_EQ(told, "New Name");
+  list.UserLabelEditStart(1);
+  list.UserLabelEditEnd("New Name");
+  EXPECT_EQ(told, "b New Name");
   EXPECT_EQ(list.Text(1), "New Name");
   EXPECT_EQ(list.Key(1), "b");
   EXPECT_THAT(toolkit.TakeRows(list), testing::Contains("changed 1"));
@@ -267,28 +269,53 @@ TEST_F(UiListView, ALabelEditGivesTheRowItsNewText) {
 
 TEST_F(UiListView, ALabelEditThatIsCancelledOrFailsLeavesTheText) {
   bool cancels = true;
-  list.AfterLabelEdit.Connect([&](bool& cancel, const std::string&) {
+  list.AfterLabelEdit.Connect([&](bool& cancel, const std::string&, const std::string&) {
     cancel = cancels;
     if (!cancels) throw base::Error(5, "No");
   });
-  list.UserLabelEditEnd(1, "New Name");
+  list.UserLabelEditStart(1);
+  list.UserLabelEditEnd("New Name");
   EXPECT_EQ(list.Text(1), "text b");
   cancels = false;
-  list.UserLabelEditEnd(1, "New Name");
+  list.UserLabelEditStart(1);
+  list.UserLabelEditEnd("New Name");
   EXPECT_EQ(list.Text(1), "text b");
   EXPECT_THAT(Messages(), ElementsAre("No (5)"));
 }
 
 TEST_F(UiListView, ALabelEditGoesToItsRowWhereverThatIsByThen) {
-  list.AfterLabelEdit.Connect([&](bool&, const std::string&) {
+  list.AfterLabelEdit.Connect([&](bool&, const std::string&, const std::string&) {
     list.Reorder(std::vector<std::uint32_t>{1, 0, 2, 3});
   });
-  list.UserLabelEditEnd(1, "New Name");
+  list.UserLabelEditStart(1);
+  list.UserLabelEditEnd("New Name");
   EXPECT_EQ(list.Text(0), "New Name");
   EXPECT_EQ(list.Text(1), "text a");
-  list.AfterLabelEdit.Connect([&](bool&, const std::string&) { list.Remove("c"); });
-  list.UserLabelEditEnd(2, "Lost");
+  list.AfterLabelEdit.Connect([&](bool&, const std::string&, const std::string&) { list.Remove("c"); });
+  list.UserLabelEditStart(2);
+  list.UserLabelEditEnd("Lost");
   EXPECT_THAT(Keys(list), testing::UnorderedElementsAre("a", "b", "d"));
+  for (std::size_t row = 0; row < list.RowCount(); ++row) EXPECT_NE(list.Text(row), "Lost");
+}
+
+TEST_F(UiListView, ALabelEditGoesToTheRowThatItBeganInThoughRowsHaveMovedSince) {
+  list.Select(2);
+  list.UserLabelEditStart(2);
+  list.Remove("a");
+  list.Select(2);
+  list.UserLabelEditEnd("New Name");
+  EXPECT_EQ(list.Text(1), "New Name");
+  EXPECT_EQ(list.Key(1), "c");
+  EXPECT_EQ(list.Text(2), "text d");
+}
+
+TEST_F(UiListView, ALabelEditOfARowThatHasGoneIsNotReported) {
+  int reported = 0;
+  list.AfterLabelEdit.Connect([&](bool&, const std::string&, const std::string&) { ++reported; });
+  list.UserLabelEditStart(1);
+  list.Remove("b");
+  list.UserLabelEditEnd("Lost");
+  EXPECT_EQ(reported, 0);
   for (std::size_t row = 0; row < list.RowCount(); ++row) EXPECT_NE(list.Text(row), "Lost");
 }
 

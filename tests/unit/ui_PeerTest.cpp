@@ -194,7 +194,7 @@ TEST_F(UiPeer, HearsNoEchoOfTheUser) {
   TellsNothing(list, [this] { list.UserDblClick(); });
   TellsNothing(list, [this] { list.UserRightButtonUp(); });
   TellsNothing(list, [this] { list.UserKeyUp(113); });
-  TellsNothing(list, [this] { list.UserLabelEditStart(); });
+  TellsNothing(list, [this] { list.UserLabelEditStart(0); });
   EXPECT_TRUE(check.Checked());
   EXPECT_EQ(list.SelectedCount(), 2u);
 }

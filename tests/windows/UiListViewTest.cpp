@@ -6,87 +6,11 @@
 
 #include <array>
 
-#include "support/Ui.h"
+#include "support/ListViewTest.h"
 
 namespace {
 
-using support::TestForm;
-
-class UiListViewTest : public support::UiTest {
- protected:
-  HWND Native(const ui::ListView& list) const { return reinterpret_cast<HWND>(list.GetPeer()->Handle()); }
-
-  /// Puts the list on the window, with three columns.
-  std::unique_ptr<ui::ListView> Make(ui::ListView::Style style) {
-    auto list = std::make_unique<ui::ListView>(&form_, "lvTest", style);
-    list->Move(0, 0, 6000, 4000);
-    if (style.columnHeaders) {
-      list->AddColumn("a", "First", 1500);
-      list->AddColumn("b", "Second", 1500);
-      list->AddColumn("c", "Third", 1500);
-    }
-    form_.Show();
-    list->SetFocus();
-    return list;
-  }
-
-  static void Fill(ui::ListView& list, int rows) {
-    for (int i = 0; i < rows; ++i) {
-      const std::string number = std::to_string(i);
-      const std::string first = "row " + number;
-      const std::string second = "cell " + number;
-      list.AddRow("K" + number, std::array<std::string_view, 3>{first, second, "x"});
-    }
-  }
-
-  static std::string NativeText(HWND list, int row, int column) {
-    char text[256] = "";
-    LVITEMA item{};
-    item.iSubItem = column;
-    item.pszText = text;
-    item.cchTextMax = sizeof text;
-    SendMessageA(list, LVM_GETITEMTEXTA, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
-    return text;
-  }
-  static LRESULT Count(HWND list) { return SendMessageA(list, LVM_GETITEMCOUNT, 0, 0); }
-  static bool IsSelected(HWND list, int row) {
-    return SendMessageA(list, LVM_GETITEMSTATE, static_cast<WPARAM>(row), LVIS_SELECTED) != 0;
-  }
-  static UINT TickState(HWND list, int row) {
-    return static_cast<UINT>(
-               SendMessageA(list, LVM_GETITEMSTATE, static_cast<WPARAM>(row), LVIS_STATEIMAGEMASK)) >>
-           12;
-  }
-  /// Every row is selected in the native list exactly when it is in ours.
-  static void ExpectSameSelection(const ui::ListView& list, HWND native) {
-    for (std::size_t row = 0; row < list.RowCount(); ++row) {
-      EXPECT_EQ(IsSelected(native, static_cast<int>(row)), list.Selected(row)) << "row " << row;
-    }
-    EXPECT_EQ(SendMessageA(native, LVM_GETSELECTEDCOUNT, 0, 0), static_cast<LRESULT>(list.SelectedCount()));
-  }
-
-  static POINT PlaceOf(HWND list, int row, int part = LVIR_LABEL) {
-    RECT place{};
-    place.left = part;
-    SendMessageA(list, LVM_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&place));
-    return {place.left + 5, (place.top + place.bottom) / 2};
-  }
-  /// The whole click is in the queue before the list handles its first half.
-  static void Click(HWND list, POINT place, WPARAM keys = 0, bool right = false) {
-    const LPARAM where = MAKELPARAM(place.x, place.y);
-    PostMessageA(list, right ? WM_RBUTTONDOWN : WM_LBUTTONDOWN, keys | (right ? MK_RBUTTON : MK_LBUTTON),
-                 where);
-    PostMessageA(list, right ? WM_RBUTTONUP : WM_LBUTTONUP, keys, where);
-    ui::TheInterface().toolkit->ProcessPendingEvents();
-  }
-  static void Key(HWND list, WPARAM key) {
-    PostMessageA(list, WM_KEYDOWN, key, 1);
-    PostMessageA(list, WM_KEYUP, key, 0xC0000001);
-    ui::TheInterface().toolkit->ProcessPendingEvents();
-  }
-
-  TestForm form_{"frmTest", {}, 6000, 4000};
-};
+class UiListViewTest : public support::ListViewTest {};
 
 TEST_F(UiListViewTest, ShowsColumnsAndRowsAsTheControlHoldsThem) {
   auto list = Make({});
@@ -288,54 +212,6 @@ TEST_F(UiListViewTest, TicksFollowAndAreSetByClickAndBlank) {
   EXPECT_EQ(ticks, 3);
 }
 
-TEST_F(UiListViewTest, ALabelIsEditedInPlaceHoweverLongItIs) {
-  auto list = Make({.columnHeaders = false, .labelEdit = true});
-  const std::string name(10'000, 'n');
-  list->AddRow("K", name);
-  std::string told;
-  list->AfterLabelEdit.Connect([&](bool&, const std::string& text) { told = text; });
-  list->StartLabelEdit(0);
-  const auto edit = reinterpret_cast<HWND>(SendMessageA(Native(*list), LVM_GETEDITCONTROL, 0, 0));
-  ASSERT_NE(edit, nullptr);
-  EXPECT_EQ(support::TextOf(edit), name);
-  SendMessageA(edit, EM_SETSEL, 10'000, 10'000);
-  SendMessageA(edit, WM_CHAR, '!', 1);
-  SendMessageA(edit, WM_KEYDOWN, VK_RETURN, 1);
-  EXPECT_EQ(told, name + "!");
-  EXPECT_EQ(list->Text(0), name + "!");
-}
-
-TEST_F(UiListViewTest, ALabelEditMayBeRefusedBeforeAndAfter) {
-  auto list = Make({.columnHeaders = false, .labelEdit = true});
-  list->AddRow("K", "name");
-  bool refuseStart = true;
-  list->BeforeLabelEdit.Connect([&](bool& cancel) { cancel = refuseStart; });
-  list->AfterLabelEdit.Connect([](bool& cancel, const std::string&) { cancel = true; });
-  const HWND native = Native(*list);
-  list->StartLabelEdit(0);
-  EXPECT_EQ(SendMessageA(native, LVM_GETEDITCONTROL, 0, 0), 0);
-  refuseStart = false;
-  list->StartLabelEdit(0);
-  const auto edit = reinterpret_cast<HWND>(SendMessageA(native, LVM_GETEDITCONTROL, 0, 0));
-  ASSERT_NE(edit, nullptr);
-  SetWindowTextA(edit, "other");
-  SendMessageA(edit, WM_KEYDOWN, VK_RETURN, 1);
-  EXPECT_EQ(list->Text(0), "name");
-}
-
-TEST_F(UiListViewTest, RowsThatChangeEndTheEditing) {
-  auto list = Make({.columnHeaders = false, .labelEdit = true});
-  Fill(*list, 3);
-  int ended = 0;
-  list->AfterLabelEdit.Connect([&](bool&, const std::string&) { ++ended; });
-  list->StartLabelEdit(1);
-  ASSERT_NE(SendMessageA(Native(*list), LVM_GETEDITCONTROL, 0, 0), 0);
-  list->Remove("K0");
-  ui::TheInterface().toolkit->ProcessPendingEvents();
-  EXPECT_EQ(SendMessageA(Native(*list), LVM_GETEDITCONTROL, 0, 0), 0);
-  EXPECT_EQ(ended, 0);
-}
-
 TEST_F(UiListViewTest, EachCellHasItsColourOnTheListsGround) {
   auto list = Make({});
   list->BackColor(ui::Rgb(243, 225, 190));
@@ -433,31 +309,6 @@ TEST_F(UiListViewTest, APlainListFillsItsWidthWhateverItsSize) {
   EXPECT_EQ(gap(), 0) << "the scroll bar takes its part";
 }
 
-TEST_F(UiListViewTest, ClicksKeysAndHeadersAreReported) {
-  auto list = Make({});
-  Fill(*list, 5);
-  const HWND native = Native(*list);
-  std::vector<std::string> told;
-  list->DblClick.Connect([&] { told.push_back("double"); });
-  list->RightButtonUp.Connect([&] { told.push_back("right"); });
-  list->KeyUp.Connect([&](std::int32_t key) { told.push_back("key " + std::to_string(key)); });
-  list->ColumnClick.Connect([&](std::int32_t column) { told.push_back("column " + std::to_string(column)); });
-  const POINT place = PlaceOf(native, 1);
-  PostMessageA(native, WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(place.x, place.y));
-  PostMessageA(native, WM_LBUTTONUP, 0, MAKELPARAM(place.x, place.y));
-  ui::TheInterface().toolkit->ProcessPendingEvents();
-  Click(native, PlaceOf(native, 3), 0, true);
-  EXPECT_EQ(list->SelectedRow(), 3u) << "the right button selects too";
-  Key(native, VK_F2);
-  SendMessageA(native, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(native), -1);
-  const auto header = reinterpret_cast<HWND>(SendMessageA(native, LVM_GETHEADER, 0, 0));
-  const LPARAM onSecond = MAKELPARAM(SendMessageA(native, LVM_GETCOLUMNWIDTH, 0, 0) + 20, 5);
-  PostMessageA(header, WM_LBUTTONDOWN, MK_LBUTTON, onSecond);
-  PostMessageA(header, WM_LBUTTONUP, 0, onSecond);
-  ui::TheInterface().toolkit->ProcessPendingEvents();
-  EXPECT_EQ(told, (std::vector<std::string>{"double", "right", "key 113", "right", "column 2"}));
-}
-
 TEST_F(UiListViewTest, AColumnThatTheUserDragsIsRemembered) {
   auto list = Make({});
   const HWND native = Native(*list);
@@ -471,23 +322,6 @@ TEST_F(UiListViewTest, AColumnThatTheUserDragsIsRemembered) {
   EXPECT_NEAR(static_cast<double>(width), edge + 40, 5.0);
   EXPECT_NEAR(static_cast<double>(list->Columns()[0].width),
               static_cast<double>(width) * ui::TheInterface().screen->TwipsPerPixelX(), 1.0);
-}
-
-TEST_F(UiListViewTest, LettersFindTheRowThatBeginsWithThem) {
-  auto list = Make({});
-  for (const char* name : {"alpha", "Beta", "gamma"}) list->AddRow(name, name);
-  const HWND native = Native(*list);
-  LVFINDINFOA find{};
-  find.flags = LVFI_STRING | LVFI_PARTIAL;
-  find.psz = "be";
-  EXPECT_EQ(SendMessageA(native, LVM_FINDITEMA, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&find)), 1);
-  find.psz = "delta";
-  EXPECT_EQ(SendMessageA(native, LVM_FINDITEMA, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&find)),
-            -1);
-  Click(native, PlaceOf(native, 0));
-  PostMessageA(native, WM_CHAR, 'g', 1);
-  ui::TheInterface().toolkit->ProcessPendingEvents();
-  EXPECT_EQ(list->SelectedRow(), 2u);
 }
 
 TEST_F(UiListViewTest, AHandlerMayEmptyTheListOrUnloadTheWindow) {

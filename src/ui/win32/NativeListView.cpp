@@ -143,7 +143,10 @@ void NativeListView::ShowColors() {
 
 void NativeListView::Sync() {
   const Writing writing(writing_);
-  if (rowsStale_ && Send(LVM_GETEDITCONTROL)) Send(LVM_CANCELEDITLABEL);
+  if (rowsStale_ && Send(LVM_GETEDITCONTROL)) {
+    const Writing cancelling(cancelsEdit_);
+    Send(LVM_CANCELEDITLABEL);
+  }
   if (columnsStale_) SyncColumns();
   if (countStale_) {
     const LPARAM flags = LVSICF_NOSCROLL | (rowsStale_ ? 0 : LVSICF_NOINVALIDATEALL);
@@ -404,7 +407,7 @@ LRESULT NativeListView::OnLabelEditStart(const LVITEMA& item) {
   constexpr LRESULT kRefuse = TRUE;
   const HWND window = Window();
   const auto row = static_cast<std::size_t>(item.iItem);
-  if (!list_.UserLabelEditStart() || !IsAlive(window, this) || row >= list_.RowCount()) return kRefuse;
+  if (!list_.UserLabelEditStart(row) || !IsAlive(window, this) || row >= list_.RowCount()) return kRefuse;
   // The native list itself hands over no more than the beginning of a long text.
   const auto edit = reinterpret_cast<HWND>(Send(LVM_GETEDITCONTROL));
   SendMessageA(edit, EM_SETLIMITTEXT, 0, 0);
@@ -413,14 +416,14 @@ LRESULT NativeListView::OnLabelEditStart(const LVITEMA& item) {
 }
 
 void NativeListView::OnLabelEditEnd(const LVITEMA& item) {
-  if (writing_ || !item.pszText || item.iItem < 0) return;
+  if (cancelsEdit_ || !item.pszText) return;
   const auto edit = reinterpret_cast<HWND>(Send(LVM_GETEDITCONTROL));
   std::string text = item.pszText;
   if (edit) {
     text.assign(static_cast<std::size_t>(GetWindowTextLengthA(edit)) + 1, '\0');
     text.resize(static_cast<std::size_t>(GetWindowTextA(edit, text.data(), static_cast<int>(text.size()))));
   }
-  list_.UserLabelEditEnd(static_cast<std::size_t>(item.iItem), text);
+  list_.UserLabelEditEnd(text);
 }
 
 void NativeListView::OnHeader(const NMHEADERA& header) {

@@ -62,6 +62,8 @@ class NativeListView : public ChildPeer<ListViewPeer> {
   bool columnsStale_ = true;
   bool rowsStale_ = true;
   bool countStale_ = true;
+  /// The native list may hand over the text of an edit that is cancelled.
+  bool cancelsEdit_ = false;
   bool selectionStale_ = true;
   bool selectedByKey_ = false;
   /// Changed rows that aren't drawn anew yet: from the first to the last.
