@@ -41,6 +41,13 @@ void ListView::OnPeerAttached() {
     RowPeer()->FitColumn(i, columns_[i].fit == Fit::kContentsAndHeader);
     columns_[i].fit = Fit::kNothing;
   }
+  if (RowPeer() && rowToShow_) RowPeer()->EnsureVisible(*rowToShow_);
+  rowToShow_.reset();
+}
+
+void ListView::RowsMoved() {
+  rowToShow_.reset();
+  Notify(Aspect::kItems);
 }
 
 std::size_t ListView::AddRow(std::string_view key, std::span<const std::string_view> cells, Color color) {
@@ -96,21 +103,21 @@ void ListView::Remove(std::string_view key) {
   MarkSelected(*row, false);
   rows_.RemoveAt(*row);
   if (selectedRow_ && *selectedRow_ > *row) --*selectedRow_;
-  Notify(Aspect::kItems);
+  RowsMoved();
 }
 
 void ListView::ClearRows() {
   rows_.Clear();
   selectedRow_.reset();
   selectedCount_ = 0;
-  Notify(Aspect::kItems);
+  RowsMoved();
 }
 
 std::size_t ListView::RemoveSelected() {
   const std::size_t removed = rows_.RemoveIf([this](std::size_t row) { return rows_.Selected(row); });
   selectedRow_.reset();
   selectedCount_ = 0;
-  if (removed > 0) Notify(Aspect::kItems);
+  if (removed > 0) RowsMoved();
   return removed;
 }
 
@@ -123,7 +130,7 @@ void ListView::Reorder(std::span<const std::uint32_t> order) {
       break;
     }
   }
-  Notify(Aspect::kItems);
+  RowsMoved();
 }
 
 void ListView::MarkSelected(std::size_t row, bool selected) {
@@ -142,7 +149,11 @@ void ListView::Select(std::size_t row) {
 }
 
 void ListView::EnsureVisible(std::size_t row) {
-  if (RowPeer()) RowPeer()->EnsureVisible(row);
+  if (RowPeer()) {
+    RowPeer()->EnsureVisible(row);
+  } else {
+    rowToShow_ = row;
+  }
 }
 
 void ListView::StartLabelEdit(std::size_t row) {

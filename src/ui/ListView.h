@@ -97,6 +97,7 @@ class ListView : public Control {
   void Select(std::size_t row);
   bool Selected(std::size_t row) const { return rows_.Selected(row); }
   std::size_t SelectedCount() const { return selectedCount_; }
+  /// Scrolls the row into view; while there is no peer, that waits until there is one, for the last such row.
   void EnsureVisible(std::size_t row);
   /// Starts editing the row's own text in place, where the style allows it.
   void StartLabelEdit(std::size_t row);
@@ -135,6 +136,8 @@ class ListView : public Control {
  private:
   ListViewPeer* RowPeer() const { return static_cast<ListViewPeer*>(GetPeer()); }
   void MarkSelected(std::size_t row, bool selected);
+  /// Rows have gone or changed places.
+  void RowsMoved();
 
   Style style_;
   std::vector<Column> columns_;
@@ -143,8 +146,10 @@ class ListView : public Control {
   std::optional<std::size_t> selectedRow_;
   std::size_t selectedCount_ = 0;
   std::int32_t sortOrder_ = 0;
+  /// The row that a peer to come scrolls into view.
+  std::optional<std::size_t> rowToShow_;
+  /// The key of the row whose label is edited.
+  std::string editedKey_;
 };
 
 }  // namespace ui
-  /// The key of the row whose label is edited.
-  std::string editedKey_;

@@ -1,3 +1,5 @@
+#include "driver/Controls.h"
+#include "driver/Input.h"
 #include "support/Files.h"
 #include "support/Scene.h"
 
@@ -113,6 +115,33 @@ TEST_F(LogTest, AnEmptyLogIsOneLine) {
   ASSERT_TRUE(StartWithRouter());
   ASSERT_TRUE(program.Exit());
   EXPECT_EQ(ReadFile(LogFile()), " 0\r\n");
+}
+
+TEST_F(LogTest, ThePageShowsTheLastRowOfTheLoadedLogFirst) {
+  std::string file = " 200\r\n";
+  for (int row = 1; row <= 200; ++row) file += Row("01/02/26 03:04", "in|a|1|b|2|row " + std::to_string(row));
+  WriteFile(LogFile(), file);
+  settings::Write("LastMenuLocation", "LogConfiguration");
+  ASSERT_TRUE(StartWithRouter());
+  ASSERT_TRUE(WaitFor([] {
+    const auto icon = Program::Icon();
+    if (!icon) return false;
+    for (int click = 0; click < 2; ++click) {
+      desktop::Click(icon->x, icon->y, desktop::MouseButton::kLeft);
+    }
+    const ULONGLONG end = GetTickCount64() + 1'000;
+    const auto list = [] { return desktop::FindControl("Harbourline.exe", "ctlRouterLog.lvRouterLog"); };
+    while (!IsWindowVisible(list()) && GetTickCount64() < end) Sleep(20);
+    return IsWindowVisible(list()) != FALSE;
+  }));
+  const HWND list = desktop::FindControl("Harbourline.exe", "ctlRouterLog.lvRouterLog");
+  const auto isInView = [&](std::size_t row) {
+    const auto items = desktop::ItemsOf(list);
+    return items.size() == 200 && !IsRectEmpty(&items[row].place);
+  };
+  EXPECT_TRUE(WaitFor([&] { return isInView(199); }));
+  EXPECT_FALSE(isInView(0));
+  EXPECT_TRUE(program.Exit());
 }
 
 TEST_F(LogTest, WhatADamagedFileStillHasIsKept) {

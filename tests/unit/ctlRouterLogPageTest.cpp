@@ -292,6 +292,14 @@ TEST_F(RouterLogPage, FitsItsColumnsWhenItIsMade) {
                           "fit 5 header", "fit 6 header"));
 }
 
+TEST_F(RouterLogPage, ShowsTheLastRowOfTheLoadedLogFirst) {
+  page.reset();
+  OpenPage(" 2 \r\nt\r\nin\r\nd\r\n1\r\ns\r\n2\r\nm\r\nt\r\nin\r\nd\r\n1\r\ns\r\n2\r\nm\r\n");
+  ASSERT_EQ(List().RowCount(), 2u);
+  support::WatchedPeers peers(window);
+  EXPECT_THAT(peers.toolkit.TakeRows(List()), testing::Contains("see 1"));
+}
+
 TEST_F(RouterLogPage, CancelsTheEditingOfARow) {
   AddRows(1);
   EXPECT_FALSE(List().UserLabelEditStart(0));

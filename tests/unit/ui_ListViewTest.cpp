@@ -245,6 +245,26 @@ TEST_F(UiListView, TellsWhatTheUserDoes) {
   EXPECT_THAT(told, ElementsAre("click", "double", "right", "key 113", "column 6"));
 }
 
+TEST_F(UiListView, ARowThatIsToBeSeenBeforeThereIsAWindowIsScrolledToWhenThereIsOne) {
+  ui::ListView early(&window, "lvEarly");
+  for (const char* key : {"a", "b", "c"}) early.EnsureVisible(early.AddRow(key, key));
+  window.Unload();
+  window.Load();
+  EXPECT_THAT(toolkit.TakeRows(early), ElementsAre("see 2"));
+  window.Unload();
+  window.Load();
+  EXPECT_THAT(toolkit.TakeRows(early), IsEmpty()) << "it has been shown";
+}
+
+TEST_F(UiListView, ARowThatHasMovedBeforeThereIsAWindowIsNotScrolledTo) {
+  ui::ListView early(&window, "lvEarly");
+  early.EnsureVisible(early.AddRow("a", "a"));
+  early.Remove("a");
+  window.Unload();
+  window.Load();
+  EXPECT_THAT(toolkit.TakeRows(early), IsEmpty());
+}
+
 TEST_F(UiListView, ALabelEditMayBeCancelledBeforeItStarts) {
   EXPECT_TRUE(list.UserLabelEditStart(0));
   EXPECT_FALSE(list.UserLabelEditStart(4)) << "there is no such row";

@@ -49,6 +49,19 @@ TEST_F(UiListViewTest, RowsThatWereThereBeforeTheWindowAreShown) {
   ExpectSameSelection(list, Native(list));
 }
 
+TEST_F(UiListViewTest, ARowThatWasToBeSeenBeforeTheWindowWasThereIsInView) {
+  ui::ListView list(&form_, "lvTest");
+  list.Move(0, 0, 6000, 4000);
+  list.AddColumn("a", "First", 1500);
+  Fill(list, 500);
+  list.EnsureVisible(499);
+  form_.Show();
+  ui::TheInterface().toolkit->ProcessPendingEvents();
+  const LRESULT first = SendMessageA(Native(list), LVM_GETTOPINDEX, 0, 0);
+  EXPECT_GT(first, 0);
+  EXPECT_EQ(first + SendMessageA(Native(list), LVM_GETCOUNTPERPAGE, 0, 0), 500);
+}
+
 TEST_F(UiListViewTest, AMillionRowsAreThereAtOnce) {
   auto list = std::make_unique<ui::ListView>(&form_, "lvTest", ui::ListView::Style{.multiSelect = true});
   list->Move(0, 0, 6000, 4000);
