@@ -87,6 +87,7 @@ MemoryMachine::MemoryMachine() : before_(platform::TheMachine()) {
   machine.notificationArea = &notificationArea_;
   machine.windows = &windows;
   machine.clock = &clock_;
+  machine.codePage = &codePage_;
   machine.debug = &debug_;
 }
 

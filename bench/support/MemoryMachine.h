@@ -102,6 +102,11 @@ class MemoryMachine {
   struct Clock : platform::Clock {
     platform::DateTime Now() override { return {2026, 11, 20, 23, 22, 22}; }
   };
+  struct CodePage : platform::CodePage {
+    std::string FoldCase(std::string_view text) override { return std::string(text); }
+    bool IsLeadByte(char) override { return false; }
+    std::string FromUtf16(std::u16string_view text) override { return {text.begin(), text.end()}; }
+  };
   struct ObjectFactory : platform::ObjectFactory {
     platform::LateBoundRef Create(std::string_view) override { return std::make_shared<MemoryRouter>(); }
     std::unique_ptr<platform::EventConnection> Connect(platform::LateBoundObject&,
@@ -117,6 +122,7 @@ class MemoryMachine {
   NotificationArea notificationArea_;
   DebugOutput debug_;
   Clock clock_;
+  CodePage codePage_;
   ObjectFactory objects_;
 };
 

@@ -82,7 +82,7 @@ void ctlRouterLog::m_EventHandler_Error(const std::string& sErrorMessage, std::i
 }
 
 void ctlRouterLog::LoadPortDefinitions() {
-  m_ccPortDefinitions = std::make_unique<PortDefinitions>(base::KeyCase::kExact);
+  m_ccPortDefinitions = std::make_unique<PortDefinitions>();
   try {
     ReadPortDefinitions(modCommon::MakeFullPath(g_Registry->InstallPath(), "Ports.dat"),
                         *m_ccPortDefinitions);

@@ -1,26 +1,27 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
+#include <functional>
 #include <list>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
 
-#include "base/Conversions.h"
 #include "base/Error.h"
 
 namespace base {
-
-enum class KeyCase { kExact, kIgnored };
 
 /// Items in the order of their insertion, each found by its key in constant time.
 /// Iteration gives the items; it stays valid while other items are added or removed.
 template <typename Item>
 class KeyedCollection {
  public:
-  explicit KeyedCollection(KeyCase keyCase = KeyCase::kIgnored) : index_(0, Hash{keyCase}, Equal{keyCase}) {}
+  /// Keys that a fold turns into the same text are one key.
+  using Fold = std::string (*)(std::string_view);
+
+  /// Without a fold, keys are compared exactly.
+  explicit KeyedCollection(Fold fold = nullptr) : fold_(fold) {}
   KeyedCollection(const KeyedCollection&) = delete;
   KeyedCollection& operator=(const KeyedCollection&) = delete;
 
@@ -46,9 +47,9 @@ class KeyedCollection {
   const Item& Get(std::string_view key) const { return *Find(key)->second; }
   /// Where the item stands in the order; fails as Get does.
   const_iterator PlaceOf(std::string_view key) const { return Find(key)->second; }
-  bool Contains(std::string_view key) const { return index_.contains(key); }
+  bool Contains(std::string_view key) const { return Lookup(index_, key) != index_.end(); }
   const Item* TryGet(std::string_view key) const {
-    const auto found = index_.find(key);
+    const auto found = Lookup(index_, key);
     return found == index_.end() ? nullptr : &*found->second;
   }
 
@@ -66,37 +67,28 @@ class KeyedCollection {
  private:
   struct Hash {
     using is_transparent = void;
-    KeyCase keyCase;
-    std::size_t operator()(std::string_view key) const {
-      if (keyCase == KeyCase::kExact) return std::hash<std::string_view>()(key);
-      // FNV-1a over the folded characters.
-      std::uint64_t hash = 14695981039346656037u;
-      for (const char c : key) hash = (hash ^ static_cast<unsigned char>(FoldCase(c))) * 1099511628211u;
-      return static_cast<std::size_t>(hash);
-    }
+    std::size_t operator()(std::string_view key) const { return std::hash<std::string_view>()(key); }
   };
-  struct Equal {
-    using is_transparent = void;
-    KeyCase keyCase;
-    bool operator()(std::string_view a, std::string_view b) const {
-      return keyCase == KeyCase::kExact ? a == b : EqualsIgnoringCase(a, b);
-    }
-  };
-  using Index = std::unordered_map<std::string, typename Items::iterator, Hash, Equal>;
+  using Index = std::unordered_map<std::string, typename Items::iterator, Hash, std::equal_to<>>;
 
   void Insert(typename Items::iterator place, Item item, std::string_view key) {
-    if (index_.contains(key)) {
+    if (Contains(key)) {
       throw Error(ErrorNumber::kKeyTaken,
                   "This key is already associated with an element: \"" + std::string(key) + "\"");
     }
     Items added;
     added.push_back(std::move(item));
-    index_.emplace(key, added.begin());
+    index_.emplace(fold_ ? fold_(key) : std::string(key), added.begin());
     items_.splice(place, added);
   }
 
-  typename Index::iterator Find(std::string_view key) { return Known(index_.find(key), key); }
-  typename Index::const_iterator Find(std::string_view key) const { return Known(index_.find(key), key); }
+  typename Index::iterator Find(std::string_view key) { return Known(Lookup(index_, key), key); }
+  typename Index::const_iterator Find(std::string_view key) const { return Known(Lookup(index_, key), key); }
+
+  template <typename AnyIndex>
+  auto Lookup(AnyIndex& index, std::string_view key) const {
+    return fold_ ? index.find(fold_(key)) : index.find(key);
+  }
 
   template <typename Iterator>
   Iterator Known(Iterator found, std::string_view key) const {
@@ -106,6 +98,7 @@ class KeyedCollection {
     return found;
   }
 
+  Fold fold_;
   Items items_;
   Index index_;
 };

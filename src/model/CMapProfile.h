@@ -77,7 +77,7 @@ class CMapProfile {
   void TempMapping(std::shared_ptr<CMapping> Mapping);
 
   std::string m_sKey;
-  Mappings m_ccMappings{base::KeyCase::kExact};
+  Mappings m_ccMappings;
   CXML m_XML;
   std::shared_ptr<CMapping> m_TempMappings;
 };

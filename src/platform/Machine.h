@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Clock.h"
+#include "platform/CodePage.h"
 #include "platform/DebugOutput.h"
 #include "platform/Files.h"
 #include "platform/Network.h"
@@ -28,6 +29,7 @@ struct Machine {
   WindowList* windows = nullptr;
   Shell* shell = nullptr;
   Clock* clock = nullptr;
+  CodePage* codePage = nullptr;
   DebugOutput* debug = nullptr;
   Files* files = nullptr;
 };

@@ -42,6 +42,10 @@ void CRegistry::Forget(const std::vector<std::string>& waiting) {
   failures.Rethrow();
 }
 
+std::string CRegistry::FoldTitle(std::string_view sTitle) {
+  return platform::TheMachine().codePage->FoldCase(sTitle);
+}
+
 void CRegistry::AddRouter(const std::string& sClass) {
   if (sClass.empty()) return;
   try {

@@ -103,6 +103,8 @@ class CRegistry {
   void ActivatePortForwarding(std::int16_t iLocalIP, bool bReset, bool& bSuccess);
 
  private:
+  /// Titles that give the same text are the same title.
+  static std::string FoldTitle(std::string_view sTitle);
   void Load();
   void LoadRouters();
   void LoadMapProfiles();
@@ -123,14 +125,14 @@ class CRegistry {
   void TemporaryProfile(std::shared_ptr<CMapProfile> MapProfile);
 
   /// By title.
-  Routers m_ccRouters{base::KeyCase::kIgnored};
+  Routers m_ccRouters{&FoldTitle};
   /// For a plug-in that fails to name itself later.
   struct RouterOrigin {
     std::string sClass;
     std::string sTitle;
   };
   std::map<platform::LateBoundRef, RouterOrigin> m_RouterOrigins;
-  MapProfiles m_ccMapProfiles{base::KeyCase::kExact};
+  MapProfiles m_ccMapProfiles;
   /// The names under which the profiles stand in m_ccMapProfiles, in the same order.
   base::NameIndex m_MapProfileNames;
   std::string m_InstallPath;

@@ -9,7 +9,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static fuzz::World world;
   world.folder.Write("Ports.dat", fuzz::Text(data, size));
-  PortDefinitions definitions(base::KeyCase::kExact);
+  PortDefinitions definitions;
   ReadPortDefinitions(world.folder.PathOf("Ports.dat"), definitions);
 
   const auto lines = static_cast<std::size_t>(std::count(data, data + size, '\n')) + 1;

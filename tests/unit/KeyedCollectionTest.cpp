@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "base/Conversions.h"
 #include "base/NameIndex.h"
 
 namespace {
@@ -94,15 +95,8 @@ TEST(KeyedCollection, FailsForAnUnknownKey) {
   EXPECT_EQ(texts.TryGet("x"), nullptr);
 }
 
-TEST(KeyedCollection, IgnoresTheCaseOfKeysUnlessTold) {
+TEST(KeyedCollection, ComparesKeysExactly) {
   Texts texts;
-  texts.Add("a", "Practice Router");
-  EXPECT_EQ(texts.Get("PRACTICE router"), "a");
-  EXPECT_EQ(FailureOf([&] { texts.Add("b", "practice router"); }), base::ErrorNumber::kKeyTaken);
-}
-
-TEST(KeyedCollection, TellsKeysApartByCaseWhenTold) {
-  Texts texts(base::KeyCase::kExact);
   texts.Add("a", "Key");
   texts.Add("b", "key");
   EXPECT_EQ(texts.Get("Key"), "a");
@@ -110,11 +104,26 @@ TEST(KeyedCollection, TellsKeysApartByCaseWhenTold) {
   EXPECT_FALSE(texts.Contains("KEY"));
 }
 
+TEST(KeyedCollection, TakesKeysThatFoldToTheSameTextForOne) {
+  Texts texts(&base::FoldCase);
+  texts.Add("a", "Practice Router");
+  texts.Add("b", "Other");
+  EXPECT_EQ(texts.Get("PRACTICE router"), "a");
+  EXPECT_EQ(*texts.TryGet("other"), "b");
+  EXPECT_TRUE(texts.Contains("OTHER"));
+  EXPECT_EQ(*texts.PlaceOf("OTHER"), "b");
+  EXPECT_EQ(FailureOf([&] { texts.Add("c", "practice router"); }), base::ErrorNumber::kKeyTaken);
+  texts.AddBefore("c", "C", "oTHER");
+  EXPECT_THAT(InOrder(texts), ElementsAre("a", "c", "b"));
+  texts.Remove("PRACTICE ROUTER");
+  EXPECT_THAT(InOrder(texts), ElementsAre("c", "b"));
+}
+
 TEST(KeyedCollection, ForgetsARemovedItem) {
   Texts texts;
   texts.Add("a", "A");
   texts.Add("b", "B");
-  texts.Remove("a");
+  texts.Remove("A");
   EXPECT_THAT(InOrder(texts), ElementsAre("b"));
   texts.Add("again", "A");
   EXPECT_THAT(InOrder(texts), ElementsAre("b", "again"));

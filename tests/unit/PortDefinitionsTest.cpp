@@ -37,7 +37,7 @@ class PortDefinitionsFile : public testing::Test {
   }
 
   support::TemporaryFolder folder;
-  PortDefinitions definitions{base::KeyCase::kExact};
+  PortDefinitions definitions;
 };
 
 TEST_F(PortDefinitionsFile, HoldsPairsOfAPortAndItsDescription) {

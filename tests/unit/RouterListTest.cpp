@@ -107,6 +107,15 @@ TEST_F(RouterListTest, APlugInWithAnotherOnesTitleIsDroppedAndForgottenAtTheNext
   EXPECT_FALSE(world.settings.Contains("Router_2"));
 }
 
+TEST_F(RouterListTest, TitlesThatDifferInTheCaseOfAnAccentedLetterAreOneKey) {
+  Install("A.Router", "Z\xFCrich");
+  Install("B.Router", "Z\xDCRICH");
+  world.settings.Values() = {{"RouterCount", "2"}, {"Router_1", "A.Router"}, {"Router_2", "B.Router"}};
+  Load();
+  EXPECT_THAT(Titles(), ElementsAre("Z\xFCrich"));
+  EXPECT_TRUE(registry->GetRouterByTitle("z\xDCrich"));
+}
+
 TEST_F(RouterListTest, TitlesThatDifferByCaseOnlyAreOneKey) {
   Install("A.Router", "Same");
   Install("B.Router", "SAME");

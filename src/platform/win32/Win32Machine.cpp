@@ -11,6 +11,7 @@
 #include "platform/win32/ComObjectFactory.h"
 #include "platform/win32/SystemError.h"
 #include "platform/win32/Win32Clock.h"
+#include "platform/win32/Win32CodePage.h"
 #include "platform/win32/Win32DebugOutput.h"
 #include "platform/win32/Win32Files.h"
 #include "platform/win32/Win32Network.h"
@@ -50,6 +51,7 @@ struct Win32Machine::Services {
   Win32WindowList windows;
   Win32Shell shell;
   Win32Clock clock;
+  Win32CodePage codePage;
   Win32DebugOutput debug;
   Win32Files files;
 };
@@ -66,6 +68,7 @@ Win32Machine::Win32Machine() : services_(std::make_unique<Services>()) {
   machine.windows = &services_->windows;
   machine.shell = &services_->shell;
   machine.clock = &services_->clock;
+  machine.codePage = &services_->codePage;
   machine.debug = &services_->debug;
   machine.files = &services_->files;
 }

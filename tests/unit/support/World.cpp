@@ -2,9 +2,32 @@
 
 namespace support {
 
+std::string FakeCodePage::FoldCase(std::string_view text) {
+  std::string folded(text);
+  for (char& c : folded) {
+    const auto code = static_cast<unsigned char>(c);
+    const bool accented = code >= 0xC0 && code <= 0xDE && code != 0xD7;
+    if ((c >= 'A' && c <= 'Z') || accented) c = static_cast<char>(code + 0x20);
+  }
+  return folded;
+}
+
+std::string FakeCodePage::FromUtf16(std::u16string_view text) {
+  std::string narrow;
+  for (const char16_t unit : text) {
+    if (unit == u'\u2026') {
+      narrow += ellipsis;
+    } else {
+      narrow += unit < 0x80 ? static_cast<char>(unit) : '?';
+    }
+  }
+  return narrow;
+}
+
 World::World() : before_(platform::TheMachine()) {
-  platform::TheMachine() = {&settings,         &registry, &objects, &systemHelper, &process, &network,
-                            &notificationArea, &windows,  &shell,   &clock,        &debug,   &files};
+  platform::TheMachine() = {&settings,         &registry, &objects, &systemHelper, &process,  &network,
+                            &notificationArea, &windows,  &shell,   &clock,        &codePage, &debug,
+                            &files};
 }
 
 World::~World() {

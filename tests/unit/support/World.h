@@ -25,6 +25,17 @@ class ManualClock : public platform::Clock {
   platform::DateTime Now() override { return now; }
 };
 
+/// One of the code pages for Western Europe; a test may give it characters of two bytes.
+class FakeCodePage : public platform::CodePage {
+ public:
+  /// The bytes that begin a character of two.
+  std::string leadBytes;
+  std::string ellipsis = "\x85";
+  std::string FoldCase(std::string_view text) override;
+  bool IsLeadByte(char byte) override { return leadBytes.find(byte) != leadBytes.npos; }
+  std::string FromUtf16(std::u16string_view text) override;
+};
+
 /// The programs that start at logon.
 class MemorySystemHelper : public platform::SystemHelper {
  public:
@@ -191,6 +202,7 @@ class World {
   FakeWindowList windows;
   RecordingShell shell;
   ManualClock clock;
+  FakeCodePage codePage;
   RecordingDebugOutput debug;
   RealFiles files;
   TemporaryFolder folder;
