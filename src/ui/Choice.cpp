@@ -37,7 +37,7 @@ const std::string& Choice::Text() const {
 }
 
 void Choice::UserSelect(std::int32_t index) {
-  if (index == listIndex_ || index < -1 || index >= ListCount()) return;
+  if (index < 0 || index >= ListCount()) return;
   listIndex_ = index;
   FromUser("Click", [this] { Click.Raise(); });
 }

@@ -8,8 +8,9 @@
 
 namespace ui {
 
-/// A list of texts of which one or none is chosen. Each text carries a number. Setting the index to another
-/// row raises Click, whether by code or by the user. Rows count from 0; -1 is none.
+/// A list of texts of which one or none is chosen. Each text carries a number. Click is raised when code sets
+/// the index to another row, and when the user chooses a row, the same one again included. Rows count from 0;
+/// -1 is none.
 class Choice : public Control {
  public:
   void AddItem(std::string text) { AddItem(std::move(text), ListCount()); }

@@ -173,6 +173,15 @@ TEST_F(ctlRouterConfigTest, AChoiceSelectsTheRouterAndLooksAtIt) {
   ExpectStatus("2.5", "Online");
 }
 
+TEST_F(ctlRouterConfigTest, ChoosingTheSameRouterAgainLooksAtItAgain) {
+  KnowTwo();
+  OpenFilled();
+  first->Answer("IServer_Version", "3.0");
+  List().UserSelect(0);
+  EXPECT_THAT(Happened(), ElementsAreArray(Join({"get IServer_Functional"}, kLook)));
+  ExpectStatus("3.0", "Online");
+}
+
 TEST_F(ctlRouterConfigTest, AChoiceIsStoredAtTheNextSave) {
   KnowTwo();
   OpenFilled();

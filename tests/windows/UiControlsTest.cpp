@@ -241,6 +241,39 @@ TEST_F(UiControlsTest, AComboBoxGoesBothWays) {
   EXPECT_LT(place.bottom - place.top, 60) << "the closed box, not its list";
 }
 
+TEST_F(UiControlsTest, ChoosingInTheOpenListIsReportedOnceAlsoForTheRowThatIsChosenAlready) {
+  ui::ComboBox box(&form_, "cbRouterSelection");
+  box.Move(0, 0, 3000, 315);
+  for (const char* text : {"zero", "one", "two"}) box.AddItem(text);
+  box.ListIndex(1);
+  form_.Show();
+  box.SetFocus();
+  std::vector<std::int32_t> chosen;
+  box.Click.Connect([&] { chosen.push_back(box.ListIndex()); });
+  const auto choose = [&](int row) {
+    SendMessageA(Native(box), CB_SHOWDROPDOWN, TRUE, 0);
+    ui::TheInterface().toolkit->ProcessPendingEvents();
+    COMBOBOXINFO info{};
+    info.cbSize = sizeof info;
+    GetComboBoxInfo(Native(box), &info);
+    RECT place{};
+    SendMessageA(info.hwndList, LB_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&place));
+    POINT middle{(place.left + place.right) / 2, (place.top + place.bottom) / 2};
+    ClientToScreen(info.hwndList, &middle);
+    support::ClickAt(middle.x, middle.y);
+    RunUntil([&] { return SendMessageA(Native(box), CB_GETDROPPEDSTATE, 0, 0) == FALSE; });
+    RunFor(50);
+  };
+  choose(1);
+  EXPECT_EQ(chosen, std::vector<std::int32_t>{1});
+  choose(2);
+  EXPECT_EQ(chosen, (std::vector<std::int32_t>{1, 2}));
+  SendMessageA(Native(box), CB_SHOWDROPDOWN, TRUE, 0);
+  PressKeyIn(box, VK_ESCAPE);
+  RunFor(50);
+  EXPECT_EQ(chosen, (std::vector<std::int32_t>{1, 2})) << "leaving the list is no choice";
+}
+
 TEST_F(UiControlsTest, AListBoxGoesBothWays) {
   ui::ListBox box(&form_, "lslAvailableClasses");
   box.Move(0, 0, 3000, 2000);

@@ -4,6 +4,12 @@
 #include "ui/win32/Surroundings.h"
 
 namespace ui::win32 {
+namespace {
+
+/// Sent to oneself when the user has chosen in the open list.
+constexpr UINT kChosen = WM_APP + 3;
+
+}  // namespace
 
 struct ChoicePeer::Messages {
   const char* className;
@@ -75,11 +81,43 @@ RECT ChoicePeer::NativeBounds() const {
   return bounds;
 }
 
+void ChoicePeer::ReportSelection() {
+  reported_ = true;
+  choice_.UserSelect(Send<std::int32_t>(messages_.selected));
+}
+
+LRESULT ChoicePeer::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message != kChosen) return PassOn(message, wParam, lParam);
+  if (!reported_) ReportSelection();
+  return 0;
+}
+
 void ChoicePeer::OnCommand(WORD code, WORD) {
   if (code == messages_.changed) {
-    choice_.UserSelect(Send<std::int32_t>(messages_.selected));
+    ReportSelection();
   } else if (code == messages_.doubleClick) {
     choice_.UserDblClick();
+  } else if (choice_.GetKind() == Kind::kComboBox) {
+    OnDropDown(code);
+  }
+}
+
+void ChoicePeer::OnDropDown(WORD code) {
+  switch (code) {
+    case CBN_DROPDOWN:
+      open_ = true;
+      reported_ = false;
+      break;
+    case CBN_SELENDOK:
+      // Whoever chooses the row that is chosen already changes no selection. Whether this one does, the box
+      // tells after this.
+      if (open_) PostMessageA(Window(), kChosen, 0, 0);
+      break;
+    case CBN_CLOSEUP:
+      open_ = false;
+      break;
+    default:
+      break;
   }
 }
 
