@@ -29,7 +29,8 @@ class ctlRouterLog : public ui::UserControl {
   void BackgroundColor(ui::Color color) override;
 
   /// Takes the events of the selected router from now on, and of no other; without a router, of none. The
-  /// rows stay. A router whose events can't be had is a failure, and leaves the page without events.
+  /// rows stay. A router whose events can't be had is a failure; when it is the one that the page has events
+  /// of, those go on, and otherwise the page is without events.
   void Reset();
   /// Shows the plug-in's and the settings' state.
   void RefreshData();
@@ -88,6 +89,8 @@ class ctlRouterLog : public ui::UserControl {
 
   /// Empty while there is nothing to listen to.
   std::shared_ptr<EventHandler> m_EventHandler;
+  /// The router that it belongs to.
+  std::weak_ptr<platform::LateBoundObject> m_BoundRouter;
   /// What the profiles cover.
   PortRanges m_PortRanges;
   /// "Ports.dat"; null until the first port that neither a profile nor the plug-in can name.

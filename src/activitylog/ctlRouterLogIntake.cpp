@@ -15,9 +15,11 @@
 #include "shell/modCommon.h"
 
 void ctlRouterLog::Reset() {
-  // The earlier router's events end first: should the new one's not come, they would pass for its own.
-  Bind(nullptr);
-  Bind(modServerHelper::EventHandler(g_Registry->Router));
+  const platform::LateBoundRef router = g_Registry->Router;
+  // Another router's events end first: should the new one's not come, they would pass for its own.
+  if (m_BoundRouter.lock() != router) Bind(nullptr);
+  Bind(modServerHelper::EventHandler(router));
+  m_BoundRouter = router;
   RefreshData();
 }
 
@@ -28,6 +30,7 @@ void ctlRouterLog::Bind(std::shared_ptr<EventHandler> source) {
     m_EventHandler->Log.Disconnect(this);
   }
   m_EventHandler = std::move(source);
+  m_BoundRouter.reset();
   if (m_EventHandler) {
     m_EventHandler->Error.Connect<&ctlRouterLog::m_EventHandler_Error>(this);
     m_EventHandler->IdentifyPort.Connect<&ctlRouterLog::m_EventHandler_IdentifyPort>(this);

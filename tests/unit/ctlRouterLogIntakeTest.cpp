@@ -302,13 +302,36 @@ TEST_F(RouterLogIntake, HearsNothingOfARouterWithoutAnEventSource) {
   EXPECT_EQ(world.objects.Connections(), 0u);
 }
 
-TEST_F(RouterLogIntake, HearsNobodyAfterARouterWhoseEventsCanNotBeHad) {
+TEST_F(RouterLogIntake, HearsItsRouterStillWhenThatCanNotHandOutItsEventsAgain) {
   source->lacksEvents = true;
   EXPECT_THROW(page->Reset(), base::Error);
+  EXPECT_EQ(world.objects.Connections(), 1u);
+  router->Fail("IServer_EventHandler", 1000, "no events");
+  EXPECT_THROW(page->Reset(), base::Error);
+  RaiseLog("in", "s", 1, "d", 2, "m");
+  EXPECT_THAT(Keys(), ElementsAre("K1"));
+}
+
+TEST_F(RouterLogIntake, HearsNobodyAfterAnotherRouterWhoseEventsCanNotBeHad) {
+  const auto other = SelectRouter("Other router");
+  other->Fail("IServer_EventHandler", 1000, "no events");
+  EXPECT_THROW(page->Reset(), base::Error);
   EXPECT_EQ(world.objects.Connections(), 0u);
-  source->lacksEvents = false;
+  EXPECT_THROW(page->Reset(), base::Error);
+  EXPECT_EQ(world.objects.Connections(), 0u);
+  other->Answer("IServer_EventHandler", std::make_shared<support::ScriptedObject>(source));
   page->Reset();
   EXPECT_EQ(world.objects.Connections(), 1u);
+}
+
+TEST_F(RouterLogIntake, LetsGoOfARouterBeforeTheNextOneIsAskedForItsEvents) {
+  const auto other = SelectRouter("Other router");
+  other->Do("IServer_EventHandler", [this](std::span<platform::Argument>) {
+    EXPECT_EQ(world.objects.Connections(), 0u);
+    return base::Variant(base::ObjectRef());
+  });
+  page->Reset();
+  EXPECT_EQ(world.objects.Connections(), 0u);
 }
 
 TEST_F(RouterLogIntake, HearsNothingAfterItsEnd) {
