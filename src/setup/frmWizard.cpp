@@ -105,6 +105,10 @@ void frmWizard::OnLoad() {
   chkEnableLogging.BackColor(background);
   framEnableLogging.BackColor(background);
   rtMajor.BackColor(background);
+  // What an earlier run left in the box is no click of this one.
+  m_bGuard = true;
+  chkEnableLogging.Checked(false);
+  m_bGuard = false;
   ui::EventGuard::Run(*this, "Load.chkEnableLogging", ui::EventGuard::Repeats::kNo, [this] {
     chkEnableLogging.Checked(modServerHelper::GetEnableLog(g_Registry->Router));
   });
@@ -200,6 +204,7 @@ void frmWizard::cmdCancel_Click() {
 }
 
 void frmWizard::chkEnableLogging_Click() {
+  if (m_bGuard) return;
   modServerHelper::SetEnableLog(g_Registry->Router, chkEnableLogging.Checked());
   modServerHelper::SetLogging(g_Registry->Router, winSock.LocalIP());
 }

@@ -68,4 +68,6 @@ class frmWizard : public ui::Form {
   ui::Button cmdNext;
   ui::Button cmdCancel;
   ui::SocketControl winSock;
+  /// The window sets chkEnableLogging itself; that isn't a click.
+  bool m_bGuard = false;
 };

@@ -247,19 +247,34 @@ TEST_F(frmWizardTest, TheLogsSwitchGoesToThePlugInAtTheClickWhateverItSays) {
   });
 }
 
-TEST_F(frmWizardTest, APlugInWhoseLogIsOnIsToldSoAgainAtTheLoad) {
+TEST_F(frmWizardTest, APlugInWhoseLogIsOnIsToldSoAgainAtEachLoadOfTheSession) {
   router->Answer("IServer_EnableLog", true);
   Start();
-  // The box comes from a state in which it isn't ticked.
-  Logging().Checked(false);
-  router->calls.clear();
+  for (const char* run : {"first", "second"}) {
+    SCOPED_TRACE(run);
+    router->calls.clear();
+    world.toolkit.whenIdle = [this] { wizard.Unload(); };
+    wizard.ShowModal(main.get());
+    EXPECT_TRUE(Logging().Checked());
+    ASSERT_GE(router->calls.size(), 3u);
+    EXPECT_THAT(std::vector<std::string>(router->calls.end() - 3, router->calls.end()),
+                ElementsAre("get IServer_EnableLog", "put IServer_EnableLog = True",
+                            "call IServer_SetLogging(&\"192.168.1.7\")"));
+  }
+}
+
+TEST_F(frmWizardTest, ALogThatWasSwitchedOffElsewhereIsNotSwitchedByTheNextLoad) {
+  router->Answer("IServer_EnableLog", true);
+  Start();
   world.toolkit.whenIdle = [this] { wizard.Unload(); };
   wizard.ShowModal(main.get());
-  EXPECT_TRUE(Logging().Checked());
-  ASSERT_GE(router->calls.size(), 3u);
-  EXPECT_THAT(std::vector<std::string>(router->calls.end() - 3, router->calls.end()),
-              ElementsAre("get IServer_EnableLog", "put IServer_EnableLog = True",
-                          "call IServer_SetLogging(&\"192.168.1.7\")"));
+  ASSERT_TRUE(Logging().Checked());
+  router->Answer("IServer_EnableLog", false);
+  router->calls.clear();
+  wizard.ShowModal(main.get());
+  EXPECT_FALSE(Logging().Checked());
+  EXPECT_THAT(router->calls, testing::Not(testing::Contains(StartsWith("put"))));
+  EXPECT_EQ(router->calls.back(), "get IServer_EnableLog");
 }
 
 TEST_F(frmWizardTest, TheRoutersStateBecomesTheTipOfTheIcon) {
