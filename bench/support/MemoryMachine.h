@@ -101,6 +101,7 @@ class MemoryMachine {
   };
   struct Clock : platform::Clock {
     platform::DateTime Now() override { return {2026, 11, 20, 23, 22, 22}; }
+    std::string TimeText(const platform::DateTime&) override { return "23:22:22"; }
   };
   struct CodePage : platform::CodePage {
     std::string FoldCase(std::string_view text) override { return std::string(text); }

@@ -17,10 +17,4 @@ std::string RowTime(const platform::DateTime& moment) {
          TwoDigits(moment.hour) + ":" + TwoDigits(moment.minute);
 }
 
-std::string TimeOfDay(const platform::DateTime& moment) {
-  const std::int32_t hour = moment.hour % 12 == 0 ? 12 : moment.hour % 12;
-  return base::ToText(hour) + ":" + TwoDigits(moment.minute) + ":" + TwoDigits(moment.second) +
-         (moment.hour < 12 ? " AM" : " PM");
-}
-
 }  // namespace LogTime

@@ -80,8 +80,8 @@ void ctlRouterLog::m_EventHandler_Error(const std::string& sErrorMessage, std::i
   frmErrors& report = frmErrors::Shared();
   report.AddErrorText(sErrorMessage, iErrorNo);
   report.Show(ParentForm());
-  txtError.Text(LogTime::TimeOfDay(platform::TheMachine().clock->Now()) + " - " + sErrorMessage + " (" +
-                base::ToText(iErrorNo) + ")");
+  platform::Clock& clock = *platform::TheMachine().clock;
+  txtError.Text(clock.TimeText(clock.Now()) + " - " + sErrorMessage + " (" + base::ToText(iErrorNo) + ")");
 }
 
 void ctlRouterLog::LoadPortDefinitions() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 namespace platform {
 
@@ -18,6 +19,8 @@ class Clock {
  public:
   virtual ~Clock() = default;
   virtual DateTime Now() = 0;
+  /// The time of day as the user wants to read it.
+  virtual std::string TimeText(const DateTime& moment) = 0;
 };
 
 }  // namespace platform

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <string>
 
-#include "activitylog/LogTime.h"
 #include "base/Conversions.h"
 #include "platform/Machine.h"
 #include "shell/modCommon.h"
@@ -24,7 +23,8 @@ frmErrors::frmErrors()
 }
 
 void frmErrors::AddErrorText(std::string_view sErrorMessage, std::int16_t iErrorNo) {
-  std::string line = LogTime::TimeOfDay(platform::TheMachine().clock->Now()) + " - ";
+  platform::Clock& clock = *platform::TheMachine().clock;
+  std::string line = clock.TimeText(clock.Now()) + " - ";
   line.append(sErrorMessage).append(" (").append(base::ToText(iErrorNo)).append(")\r\n");
   modControlHelper::AddRichText(rtErrors, std::move(line), false, ui::kBlack);
 }

@@ -240,8 +240,8 @@ TEST_F(RouterLogIntake, GivesAFailureOfThePlugInBackToTheSource) {
 TEST_F(RouterLogIntake, TellsAnErrorInTheReportAndInTheBox) {
   const std::string before = Report();
   RaiseError("Router unreachable", 12);
-  EXPECT_EQ(ErrorText(), "6:05:03 PM - Router unreachable (12)");
-  EXPECT_EQ(Report(), before + "6:05:03 PM - Router unreachable (12)\r\n");
+  EXPECT_EQ(ErrorText(), "18.05.03 - Router unreachable (12)");
+  EXPECT_EQ(Report(), before + "18.05.03 - Router unreachable (12)\r\n");
   EXPECT_TRUE(frmErrors::Shared().Visible());
   EXPECT_FALSE(frmErrors::Shared().IsModal());
   EXPECT_EQ(frmErrors::Shared().Owner(), &window);
@@ -252,8 +252,8 @@ TEST_F(RouterLogIntake, ReplacesTheErrorInTheBoxAndAddsToTheReport) {
   RaiseError("first", 1);
   world.clock.now.hour = 0;
   RaiseError("second", -32768);
-  EXPECT_EQ(ErrorText(), "12:05:03 AM - second (-32768)");
-  EXPECT_EQ(Report(), before + "6:05:03 PM - first (1)\r\n12:05:03 AM - second (-32768)\r\n");
+  EXPECT_EQ(ErrorText(), "00.05.03 - second (-32768)");
+  EXPECT_EQ(Report(), before + "18.05.03 - first (1)\r\n00.05.03 - second (-32768)\r\n");
   RaiseLog("in", "s", 1, "d", 2, "m");
   EXPECT_EQ(List().RowCount(), 1u);
 }
@@ -264,7 +264,7 @@ TEST_F(RouterLogIntake, BringsTheReportUpAgainAfterItWasClosed) {
   EXPECT_FALSE(frmErrors::Shared().Visible());
   RaiseError("second", 0);
   EXPECT_TRUE(frmErrors::Shared().Visible());
-  EXPECT_THAT(Report(), testing::EndsWith("- first (0)\r\n6:05:03 PM - second (0)\r\n"));
+  EXPECT_THAT(Report(), testing::EndsWith("- first (0)\r\n18.05.03 - second (0)\r\n"));
 }
 
 TEST_F(RouterLogIntake, HearsNothingWithoutARouter) {

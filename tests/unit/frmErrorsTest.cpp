@@ -22,26 +22,15 @@ class FrmErrors : public testing::Test {
   frmErrors report;
 };
 
-TEST_F(FrmErrors, WritesTheTimeTheMessageAndTheNumber) {
+TEST_F(FrmErrors, WritesTheTimeInTheUsersOwnFormTheMessageAndTheNumber) {
   report.AddErrorText("Router unreachable", 12);
-  EXPECT_EQ(Text().Text(), "11:59:07 AM - Router unreachable (12)\r\n");
+  EXPECT_EQ(Text().Text(), "11.59.07 - Router unreachable (12)\r\n");
 }
 
 TEST_F(FrmErrors, WritesTheNumber0AndNegativeNumbers) {
   report.AddErrorText("", 0);
   report.AddErrorText("x", -5);
-  EXPECT_EQ(Text().Text(), "11:59:07 AM -  (0)\r\n11:59:07 AM - x (-5)\r\n");
-}
-
-TEST_F(FrmErrors, WritesTheHoursOfTheDayAsTwelveTwice) {
-  const std::vector<std::pair<std::int32_t, std::string>> hours{
-      {0, "12:59:07 AM"}, {1, "1:59:07 AM"}, {12, "12:59:07 PM"}, {13, "1:59:07 PM"}, {23, "11:59:07 PM"}};
-  for (const auto& [hour, text] : hours) {
-    world.clock.now.hour = hour;
-    Text().Text("");
-    report.AddErrorText("x", 1);
-    EXPECT_EQ(Text().Text(), text + " - x (1)\r\n");
-  }
+  EXPECT_EQ(Text().Text(), "11.59.07 -  (0)\r\n11.59.07 - x (-5)\r\n");
 }
 
 TEST_F(FrmErrors, AddsEachLineAtTheEndInBlackAndNotBold) {
@@ -50,7 +39,7 @@ TEST_F(FrmErrors, AddsEachLineAtTheEndInBlackAndNotBold) {
   Text().SelColor(ui::Rgb(255, 0, 0));
   Text().SelBold(true);
   report.AddErrorText("second", 2);
-  EXPECT_EQ(Text().Text(), "11:59:07 AM - first (1)\r\n11:59:07 AM - second (2)\r\n");
+  EXPECT_EQ(Text().Text(), "11.59.07 - first (1)\r\n11.59.07 - second (2)\r\n");
   for (const ui::RichTextBox::Run& run : Text().Runs()) {
     EXPECT_EQ(run.color, ui::kBlack);
     EXPECT_FALSE(run.bold);
@@ -60,7 +49,7 @@ TEST_F(FrmErrors, AddsEachLineAtTheEndInBlackAndNotBold) {
 TEST_F(FrmErrors, KeepsLongMessagesAndLineEndsInThem) {
   const std::string message(100'000, 'x');
   report.AddErrorText(message + "\r\nnext", 1);
-  EXPECT_EQ(Text().Text(), "11:59:07 AM - " + message + "\r\nnext (1)\r\n");
+  EXPECT_EQ(Text().Text(), "11.59.07 - " + message + "\r\nnext (1)\r\n");
 }
 
 TEST_F(FrmErrors, HasItsTextsAndColoursWhenItIsLoaded) {
@@ -85,7 +74,7 @@ TEST_F(FrmErrors, IsHiddenByTheUsersCloseAndKeepsItsLines) {
   report.AddErrorText("second", 2);
   report.Show();
   EXPECT_TRUE(report.Visible());
-  EXPECT_EQ(Text().Text(), "11:59:07 AM - first (1)\r\n11:59:07 AM - second (2)\r\n");
+  EXPECT_EQ(Text().Text(), "11.59.07 - first (1)\r\n11.59.07 - second (2)\r\n");
 }
 
 TEST_F(FrmErrors, GoesForAnyOtherReason) {

@@ -34,4 +34,33 @@ TEST(ClockTest, TellsTheLocalTime) {
   EXPECT_GE(now.year, 2024);
 }
 
+/// The user's own form of times, put back at the end.
+class TimeFormat {
+ public:
+  explicit TimeFormat(const char* format) {
+    GetLocaleInfoA(LOCALE_USER_DEFAULT, LOCALE_STIMEFORMAT, before_, sizeof before_);
+    SetLocaleInfoA(LOCALE_USER_DEFAULT, LOCALE_STIMEFORMAT, format);
+  }
+  ~TimeFormat() { SetLocaleInfoA(LOCALE_USER_DEFAULT, LOCALE_STIMEFORMAT, before_); }
+  TimeFormat(const TimeFormat&) = delete;
+  TimeFormat& operator=(const TimeFormat&) = delete;
+
+ private:
+  char before_[80] = "";
+};
+
+TEST(ClockTest, WritesTheTimeOfDayAsTheUserHasChosen) {
+  platform::win32::Win32Clock clock;
+  const platform::DateTime evening{2026, 7, 9, 18, 5, 3};
+  {
+    const TimeFormat format("HH.mm.ss");
+    EXPECT_EQ(clock.TimeText(evening), "18.05.03");
+  }
+  {
+    const TimeFormat format("h:mm:ss tt");
+    EXPECT_EQ(clock.TimeText(evening), "6:05:03 PM");
+    EXPECT_EQ(clock.TimeText({2026, 7, 9, 0, 0, 59}), "12:00:59 AM");
+  }
+}
+
 }  // namespace

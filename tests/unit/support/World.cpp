@@ -1,6 +1,15 @@
 #include "support/World.h"
 
+#include <cstdio>
+
 namespace support {
+
+std::string ManualClock::TimeText(const platform::DateTime& moment) {
+  char text[16] = "";
+  std::snprintf(text, sizeof text, "%02d.%02d.%02d", moment.hour % 100, moment.minute % 100,
+                moment.second % 100);
+  return text;
+}
 
 std::string FakeCodePage::FoldCase(std::string_view text) {
   std::string folded(text);

@@ -23,6 +23,8 @@ class ManualClock : public platform::Clock {
  public:
   platform::DateTime now{2026, 7, 9, 8, 5, 3};
   platform::DateTime Now() override { return now; }
+  /// "18.05.03": no code of the program's own writes a time like that.
+  std::string TimeText(const platform::DateTime& moment) override;
 };
 
 /// One of the code pages for Western Europe; a test may give it characters of two bytes.
