@@ -7,6 +7,7 @@
 #include "base/Conversions.h"
 #include "base/Error.h"
 #include "base/Failures.h"
+#include "platform/FilePath.h"
 #include "platform/Machine.h"
 #include "platform/SettingsSection.h"
 #include "plugins/modServerHelper.h"
@@ -15,11 +16,6 @@
 std::unique_ptr<CRegistry> g_Registry;
 
 namespace {
-
-std::string FolderOf(const std::string& path) {
-  const std::size_t separator = path.find_last_of("\\/");
-  return separator == path.npos ? std::string() : path.substr(0, separator);
-}
 
 std::string Numbered(std::string_view stem, std::int32_t number) {
   return std::string(stem) + base::ToText(number);
@@ -64,7 +60,7 @@ void CRegistry::Load() {
   const platform::SettingsSection settings(kApplication, kSection);
   const std::vector<std::string> waiting = TakeInPlugIns();
   LoadRouters();
-  m_InstallPath = FolderOf(platform::TheMachine().process->ExecutablePath());
+  m_InstallPath = platform::FolderOf(platform::TheMachine().process->ExecutablePath());
   modCommon::HelpFile(modCommon::MakeFullPath(m_InstallPath, "Harbourline.hlp"));
   LoadOnStartup = settings.ReadBoolean("LoadOnStartup", true);
   ShowSplashOnStartup = settings.ReadBoolean("ShowSplashOnStartup", true);

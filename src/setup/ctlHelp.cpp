@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/Machine.h"
 #include "shell/modCommon.h"
 #include "ui/PageStyle.h"
 
@@ -9,18 +10,19 @@ namespace {
 
 constexpr ui::Twips kButtonWidth = 1800;
 
-// \x85 is the ellipsis character of the code page.
-constexpr const char* kText =
-    "You can press the 'F1' key at anytime to bring up context sensitive help for that subject. By pressing "
-    "the "
-    "\"Help\x85\" button below, you will be taken to the help menu.";
+std::string HelpText() {
+  return "You can press the 'F1' key at anytime to bring up context sensitive help for that subject. By "
+         "pressing the \"Help" +
+         platform::TheMachine().codePage->FromUtf16(u"\u2026") +
+         "\" button below, you will be taken to the help menu.";
+}
 
 }  // namespace
 
 ctlHelp::ctlHelp(ui::Control* parent, std::string name)
     : UserControl(parent, std::move(name), 4800, 3600),
       lblTitle(this, "lblTitle", "Help"),
-      lblHelp(this, "lblHelp", kText),
+      lblHelp(this, "lblHelp", HelpText()),
       cmdHelp(this, "cmdHelp", "&Help...") {
   lblTitle.Font(ui::TitleFont());
   lblTitle.ForeColor(modCommon::ColorTitle());

@@ -1,5 +1,6 @@
 #include "setup/modSystem.h"
 
+#include "platform/FilePath.h"
 #include "platform/Machine.h"
 #include "shell/modCommon.h"
 
@@ -8,9 +9,8 @@ namespace modSystem {
 namespace {
 
 void ShowHelpPage(std::uintptr_t window, const std::string& name) {
-  std::string folder = modCommon::HelpFile();
-  folder.resize(folder.find_last_of('\\') + 1);
-  platform::TheMachine().shell->Show(window, folder + "Help\\" + name + ".html");
+  const std::string folder = modCommon::MakeFullPath(platform::FolderOf(modCommon::HelpFile()), "Help");
+  platform::TheMachine().shell->Show(window, modCommon::MakeFullPath(folder, name + ".html"));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/Conversions.h"
+#include "platform/FilePath.h"
 #include "platform/Machine.h"
 
 namespace modCommon {
@@ -30,9 +31,7 @@ std::int32_t MinorVersion() {
 }
 
 std::string MakeFullPath(std::string_view sFolder, std::string_view sFile) {
-  std::string path(sFolder);
-  if (!path.ends_with('\\')) path += '\\';
-  return path.append(sFile);
+  return platform::MakeFullPath(sFolder, sFile);
 }
 
 const std::string& HelpFile() {

@@ -117,6 +117,14 @@ TEST_F(CRegistryTest, TakesTheExecutablesFolderAsInstallPathAndTheHelpFileFromTh
   EXPECT_EQ(modCommon::HelpFile(), "C:\\Programs\\Harbourline\\Harbourline.hlp");
 }
 
+TEST_F(CRegistryTest, AFolderWhoseNameHasABackslashAsSecondByteIsTheInstallPath) {
+  world.codePage.leadBytes = "\x83";
+  world.process.path = "C:\\\x83\\\\Harbourline.exe";
+  registry.emplace();
+  EXPECT_EQ(registry->InstallPath(), "C:\\\x83\\");
+  EXPECT_EQ(modCommon::HelpFile(), "C:\\\x83\\\\Harbourline.hlp");
+}
+
 TEST_F(CRegistryTest, SavesEverythingInTheSettledOrder) {
   world.objects.AddPlugIn("First.Router", "First");
   world.objects.AddPlugIn("Second.Router", "Second");

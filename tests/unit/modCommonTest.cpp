@@ -21,10 +21,19 @@ TEST(modCommon, JoinsTheVersionsPartsByPoints) {
 }
 
 TEST(modCommon, JoinsAFolderAndAFile) {
+  support::World world;
   EXPECT_EQ(modCommon::MakeFullPath("C:\\Folder", "a.dat"), "C:\\Folder\\a.dat");
   EXPECT_EQ(modCommon::MakeFullPath("C:\\", "a.dat"), "C:\\a.dat");
   EXPECT_EQ(modCommon::MakeFullPath("", "a.dat"), "\\a.dat");
   EXPECT_EQ(modCommon::MakeFullPath("C:\\Folder", ""), "C:\\Folder\\");
+}
+
+TEST(modCommon, ABackslashThatIsTheSecondByteOfACharacterEndsNoFolder) {
+  support::World world;
+  world.codePage.leadBytes = "\x83";
+  EXPECT_EQ(modCommon::MakeFullPath("C:\\\x83\\", "a.dat"), "C:\\\x83\\\\a.dat");
+  EXPECT_EQ(modCommon::MakeFullPath("C:\\\x83\\\\", "a.dat"), "C:\\\x83\\\\a.dat");
+  EXPECT_EQ(modCommon::MakeFullPath("C:\\\x83\x83\\", "a.dat"), "C:\\\x83\x83\\a.dat");
 }
 
 TEST(modCommon, KeepsTheHelpFile) {

@@ -23,6 +23,13 @@ TEST_F(modSystemTest, HelpIsTheContentsPageBesideTheHelpFile) {
   EXPECT_THAT(world.shell.inFrontOf, ElementsAre(7u));
 }
 
+TEST_F(modSystemTest, TheHelpIsFoundInAFolderWhoseNameHasABackslashAsSecondByte) {
+  world.codePage.leadBytes = "\x83";
+  modCommon::HelpFile("C:\\\x83\\\\Harbourline.hlp");
+  modSystem::ShowHelp(7, 0);
+  EXPECT_THAT(world.shell.shown, ElementsAre("C:\\\x83\\\\Help\\index.html"));
+}
+
 TEST_F(modSystemTest, EveryTopicHasThePageOfItsNumber) {
   modSystem::ShowTopic(7, 9030);
   modSystem::ShowTopic(7, 0);
