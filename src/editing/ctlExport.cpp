@@ -29,9 +29,9 @@ ctlExport::ctlExport(ui::Control* parent, std::string name)
   lblHelp.ForeColor(modCommon::ColorHelpText());
   lblError.ForeColor(modCommon::ColorDarkRed());
   lvProfiles.ForeColor(modCommon::ColorNavy());
-  cmdExecute.Caption("&Browse...");
-  cmdExecute.Filter("All Files (*.*)|*.*|Profile (*.prf)|*.prf");
-  cmdExecute.FilterIndex(2);
+  cmdExecute.ReadProperties({{"Caption", "&Browse..."},
+                             {"Filter", "All Files (*.*)|*.*|Profile (*.prf)|*.prf"},
+                             {"FilterIndex", std::int16_t{2}}});
   // A name that the user types without an extension stays so.
   cmdExecute.DefaultExt(std::string());
   cmdExecute.Enabled(false);

@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "editing/ctlFileBrowseButton.h"
 #include "ui/Label.h"
 #include "ui/ListView.h"
 #include "ui/UserControl.h"
+#include "ui/ctlFileBrowseButton.h"
 
 /// The page that writes the ticked profiles to a file, or reads profiles from one.
 class ctlExport : public ui::UserControl {

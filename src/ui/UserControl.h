@@ -15,6 +15,9 @@ class UserControl : public Control {
   /// A page passes the colour on to those of its controls that take it.
   virtual void BackgroundColor(Color color) { BackColor(color); }
 
+  /// A property that is stored has been set; with the key that is marked as changed.
+  base::Event<const std::string&> PropertyChanged;
+
  protected:
   /// A page whose size nobody changes is laid out all the same when its window comes up.
   void OnPeerAttached() override { OnResize(); }

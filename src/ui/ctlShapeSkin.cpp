@@ -3,13 +3,19 @@
 #include <cmath>
 #include <utility>
 
+#include "base/Conversions.h"
+#include "base/Error.h"
+#include "base/Variant.h"
 #include "ui/Form.h"
+#include "ui/MessageBox.h"
 #include "ui/Toolkit.h"
 #include "ui/modPictureHelper.h"
 
 namespace {
 
 constexpr const char* kPictureSkin = "PictureSkin";
+// Misspelled in the windows that have it, too.
+constexpr const char* kBoarderStyle = "BoarderStyle";
 
 ui::Twips InTwips(std::int32_t pixels, float twipsPerPixel) {
   return static_cast<ui::Twips>(std::lround(static_cast<float>(pixels) * twipsPerPixel));
@@ -23,20 +29,45 @@ ctlShapeSkin::ctlShapeSkin(ui::Control* parent, std::string name)
 }
 
 void ctlShapeSkin::PictureSkin(ui::PictureRef picture) {
-  const ui::Screen& screen = *ui::TheInterface().screen;
-  const ui::Pixels pixels = screen.PixelsOf(picture);
-  picSkin.Picture(std::move(picture));
-  picSkin.Move(0, 0, InTwips(pixels.width, screen.TwipsPerPixelX()),
-               InTwips(pixels.height, screen.TwipsPerPixelY()));
+  TakePicture(std::move(picture));
+  PropertyChanged.Raise(kPictureSkin);
 }
 
 void ctlShapeSkin::WriteProperties(ui::PropertyBag& bag) const {
-  bag[kPictureSkin] = modPictureHelper::PictureToArray(PictureSkin());
+  bag.Write(kPictureSkin, modPictureHelper::PictureToArray(PictureSkin()));
 }
 
 void ctlShapeSkin::ReadProperties(const ui::PropertyBag& bag) {
-  const auto property = bag.find(kPictureSkin);
-  if (property != bag.end()) PictureSkin(modPictureHelper::ArrayToPicture(property->second));
+  try {
+    const auto bytes = bag.Read(kPictureSkin, std::vector<std::byte>());
+    if (bytes.empty()) return;
+    TakePicture(modPictureHelper::ArrayToPicture(bytes));
+  } catch (const base::Error&) {
+    // The picture stays as it is.
+  }
+}
+
+void ctlShapeSkin::CheckInDesigner(platform::LateBoundObject& window) {
+  try {
+    if (base::ToInt32(window.Get(kBoarderStyle)) == 0) return;
+    window.Put(kBoarderStyle, std::int32_t{0});
+    ui::ShowMessage("ctlShapeSkin Requires parent to have BoarderStyle = 0", ui::MessageIcon::kCritical);
+  } catch (const base::Error&) {
+    // An ordinary window has no such property.
+  }
+}
+
+void ctlShapeSkin::TakePicture(ui::PictureRef picture) {
+  const ui::Pixels pixels = ui::TheInterface().screen->PixelsOf(picture);
+  m_lPixelsWide = pixels.width;
+  m_lPixelsHigh = pixels.height;
+  picSkin.Picture(std::move(picture));
+  SizePicture();
+}
+
+void ctlShapeSkin::SizePicture() {
+  const float twips = ui::TheInterface().screen->TwipsPerPixelX();
+  picSkin.Move(0, 0, InTwips(m_lPixelsWide, twips), InTwips(m_lPixelsHigh, twips));
 }
 
 std::vector<ui::PixelRun> ctlShapeSkin::BuildRegion(const ui::Pixels& pixels) {
@@ -61,10 +92,16 @@ void ctlShapeSkin::OnShow() {
   ui::Form* const form = ParentForm();
   // Without a picture the window keeps its size: one of no size could neither be seen nor found.
   if (form && !pixels.colors.empty()) {
-    form->Move(form->Left(), form->Top(), picSkin.Width(), picSkin.Height());
+    SizeWindow();
     form->Shape(BuildRegion(pixels));
   }
   Fit();
+}
+
+void ctlShapeSkin::SizeWindow() {
+  if (ui::Form* const form = ParentForm()) {
+    form->Move(form->Left(), form->Top(), picSkin.Width(), picSkin.Height());
+  }
 }
 
 void ctlShapeSkin::Fit() {

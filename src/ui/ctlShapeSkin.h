@@ -1,20 +1,14 @@
 #pragma once
 
-#include <cstddef>
-#include <map>
+#include <cstdint>
 #include <string>
 #include <vector>
 
+#include "platform/LateBoundObject.h"
 #include "ui/Image.h"
 #include "ui/Pixels.h"
+#include "ui/PropertyBag.h"
 #include "ui/UserControl.h"
-
-namespace ui {
-
-/// The stored properties of a control, by name.
-using PropertyBag = std::map<std::string, std::vector<std::byte>>;
-
-}  // namespace ui
 
 /// Gives a borderless window the outline of a picture. When the window comes up it takes the picture's size,
 /// one pixel of the screen for each of the picture, and its shape: all pixels but those of the colour that
@@ -33,6 +27,10 @@ class ctlShapeSkin : public ui::UserControl {
   /// A bag without that property leaves the picture as it is.
   void ReadProperties(const ui::PropertyBag& bag);
 
+  /// What takes the place of showing in a window designer: a window whose property "BoarderStyle" isn't 0
+  /// gets a 0 there, and the user a message. A window without that property is left alone.
+  static void CheckInDesigner(platform::LateBoundObject& window);
+
   /// The runs of pixels that aren't of the transparent colour, row by row. None for a picture of one colour.
   static std::vector<ui::PixelRun> BuildRegion(const ui::Pixels& pixels);
 
@@ -41,8 +39,13 @@ class ctlShapeSkin : public ui::UserControl {
   void OnResize() override { Fit(); }
 
  private:
+  void TakePicture(ui::PictureRef picture);
+  void SizePicture();
+  void SizeWindow();
   void Fit();
   void picSkin_MouseDown();
 
   ui::Image picSkin;
+  std::int32_t m_lPixelsWide = 0;
+  std::int32_t m_lPixelsHigh = 0;
 };

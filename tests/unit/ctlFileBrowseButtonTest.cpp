@@ -1,10 +1,11 @@
-#include "editing/ctlFileBrowseButton.h"
+#include "ui/ctlFileBrowseButton.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "base/Error.h"
 #include "support/FindControl.h"
@@ -166,6 +167,85 @@ TEST_F(ctlFileBrowseButtonTest, TheButtonTakesTheWholeControlAndItsFont) {
   EXPECT_EQ(inner.GetBounds(), (ui::Bounds{0, 0, 1800, 420}));
   button.Font(ui::TitleFont());
   EXPECT_EQ(inner.Font(), ui::TitleFont());
+}
+
+TEST_F(ctlFileBrowseButtonTest, ANewOneIsStoredByElevenKeysInTheirOrder) {
+  ui::PropertyBag bag;
+  button.WriteProperties(bag);
+  EXPECT_EQ(bag.Properties(),
+            (std::vector<ui::PropertyBag::Property>{{"Caption", "cmdExecute"},
+                                                    {"Filter", "All Files (*.*)|*.*"},
+                                                    {"FilterIndex", std::int16_t{1}},
+                                                    {"Font", ui::BodyFont()},
+                                                    {"FullPathName", "C:\\Users\\Somebody\\File.txt"},
+                                                    {"BrowseType", std::int32_t{0}},
+                                                    {"HideReadOnly", false},
+                                                    {"DialogTitle", "Dialog Title"},
+                                                    {"HideCancelButton", true},
+                                                    {"DefaultExt", "txt"},
+                                                    {"Enabled", true}}));
+}
+
+TEST_F(ctlFileBrowseButtonTest, WhatIsStoredComesBack) {
+  button.Caption("&Open...");
+  button.Filter("Text|*.txt");
+  button.FilterIndex(3);
+  button.Font(ui::TitleFont());
+  button.FullPathName("D:\\a.prf");
+  button.BrowseType(1);
+  button.HideReadOnly(true);
+  button.DialogTitle("Select");
+  button.HideCancelButton(true);
+  button.DefaultExt("prf");
+  button.Enabled(false);
+  ui::PropertyBag bag;
+  button.WriteProperties(bag);
+  EXPECT_EQ(bag.Read("HideCancelButton", true), false) << "what is stored is whether a cancel is an error";
+  ctlFileBrowseButton other(&window, "cmdOther");
+  other.ReadProperties(bag);
+  ui::PropertyBag again;
+  other.WriteProperties(again);
+  EXPECT_EQ(again.Properties(), bag.Properties());
+  EXPECT_TRUE(other.HideCancelButton());
+  EXPECT_EQ(other.AccessKeys(), "&");
+}
+
+TEST_F(ctlFileBrowseButtonTest, AMissingPropertyReadsAsThatOfANewOne) {
+  button.Filter("Text|*.txt");
+  button.HideCancelButton(true);
+  button.Enabled(false);
+  button.ReadProperties({{"FilterIndex", std::int16_t{2}}});
+  EXPECT_EQ(button.Caption(), "cmdExecute");
+  EXPECT_EQ(button.Filter(), "All Files (*.*)|*.*");
+  EXPECT_EQ(button.FilterIndex(), 2);
+  EXPECT_FALSE(button.HideCancelButton());
+  EXPECT_TRUE(button.Enabled());
+}
+
+TEST_F(ctlFileBrowseButtonTest, APropertyOfAnotherTypeIsAFailure) {
+  EXPECT_THROW(button.ReadProperties({{"FilterIndex", "2"}}), base::Error);
+}
+
+TEST_F(ctlFileBrowseButtonTest, EachPropertyThatIsSetMarksItsKeyButForTheTwoThatDoNot) {
+  std::vector<std::string> changed;
+  button.PropertyChanged.Connect([&](const std::string& key) { changed.push_back(key); });
+  button.DefaultExt("prf");
+  button.HideCancelButton(true);
+  button.DialogTitle("Select");
+  button.HideReadOnly(true);
+  button.BrowseType(1);
+  button.Caption("&Open...");
+  button.Font(ui::TitleFont());
+  button.Filter("Text|*.txt");
+  button.FilterIndex(3);
+  button.FullPathName("D:\\a.prf");
+  button.Enabled(false);
+  EXPECT_THAT(changed,
+              testing::ElementsAre("txt", "HideCancelButton", "DialogTitle", "HideReadOnly", "BrowseType",
+                                   "Caption", "Font", "Filter", "FullPathName", "Enabled"));
+  changed.clear();
+  button.ReadProperties({});
+  EXPECT_THAT(changed, IsEmpty());
 }
 
 }  // namespace

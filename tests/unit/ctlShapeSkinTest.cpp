@@ -6,6 +6,7 @@
 #include <string>
 
 #include "support/RecordingToolkit.h"
+#include "support/ScriptedObjects.h"
 #include "ui/Form.h"
 #include "ui/Label.h"
 #include "ui/modPictureHelper.h"
@@ -154,15 +155,55 @@ TEST_F(ctlShapeSkinTest, ThePictureIsStoredAsTheBytesOfItsFileAndComesBack) {
   skin.PictureSkin(Picture());
   ui::PropertyBag bag;
   skin.WriteProperties(bag);
-  EXPECT_EQ(bag.at("PictureSkin"), (std::vector{std::byte{'B'}, std::byte{'M'}}));
+  EXPECT_THAT(bag.Properties(), ElementsAre(ui::PropertyBag::Property{
+                                    "PictureSkin", std::vector{std::byte{'B'}, std::byte{'M'}}}));
   ctlShapeSkin other(&form, "Other");
   other.ReadProperties(bag);
-  EXPECT_EQ(modPictureHelper::PictureToArray(other.PictureSkin()), bag.at("PictureSkin"));
+  EXPECT_EQ(modPictureHelper::PictureToArray(other.PictureSkin()),
+            (std::vector{std::byte{'B'}, std::byte{'M'}}));
 }
 
 TEST_F(ctlShapeSkinTest, ABagWithoutAPictureIsReadWithoutAWord) {
   skin.ReadProperties({});
   EXPECT_FALSE(skin.PictureSkin());
+}
+
+TEST_F(ctlShapeSkinTest, ABagWithAnotherTypeOfValueIsReadWithoutAWord) {
+  skin.ReadProperties({{"PictureSkin", "text"}});
+  EXPECT_FALSE(skin.PictureSkin());
+}
+
+TEST_F(ctlShapeSkinTest, SettingThePictureMarksItAsChangedAndReadingItDoesNot) {
+  std::vector<std::string> changed;
+  skin.PropertyChanged.Connect([&](const std::string& key) { changed.push_back(key); });
+  skin.ReadProperties({{"PictureSkin", std::vector{std::byte{'B'}, std::byte{'M'}}}});
+  EXPECT_THAT(changed, IsEmpty());
+  skin.PictureSkin(Picture());
+  EXPECT_THAT(changed, ElementsAre("PictureSkin"));
+}
+
+TEST_F(ctlShapeSkinTest, InADesignerAWindowsBoarderStyleBecomes0AndTheUserIsTold) {
+  const auto window = std::make_shared<support::Script>();
+  window->Answer("BoarderStyle", std::int32_t{2});
+  window->Accept("BoarderStyle");
+  support::ScriptedObject object(window);
+  ctlShapeSkin::CheckInDesigner(object);
+  EXPECT_THAT(window->calls, ElementsAre("get BoarderStyle", "put BoarderStyle = 0:32"));
+  ASSERT_EQ(toolkit.messages.size(), 1u);
+  EXPECT_EQ(toolkit.messages[0].text, "ctlShapeSkin Requires parent to have BoarderStyle = 0");
+  EXPECT_EQ(toolkit.messages[0].icon, ui::MessageIcon::kCritical);
+}
+
+TEST_F(ctlShapeSkinTest, InADesignerAWindowWhoseBoarderStyleIs0OrThatHasNoneIsLeftAlone) {
+  const auto window = std::make_shared<support::Script>();
+  support::ScriptedObject object(window);
+  ctlShapeSkin::CheckInDesigner(object);
+  window->Answer("BoarderStyle", std::int32_t{0});
+  ctlShapeSkin::CheckInDesigner(object);
+  window->Answer("BoarderStyle", std::int32_t{1});
+  ctlShapeSkin::CheckInDesigner(object);
+  EXPECT_THAT(window->written, IsEmpty()) << "one that can't be written is no matter either";
+  EXPECT_THAT(toolkit.messages, IsEmpty());
 }
 
 }  // namespace
