@@ -63,11 +63,6 @@ void frmClassBrowser::OnLoad() {
   cmdAccept.Enabled(false);
 }
 
-void frmClassBrowser::OnQueryUnload(bool&, ui::CloseReason reason) {
-  // The close box is a way of leaving without a choice.
-  if (reason == ui::CloseReason::kUser) m_bCancel = true;
-}
-
 void frmClassBrowser::lslAvailableClasses_Click() {
   const std::string& sEntry = lslAvailableClasses.Text();
   if (sEntry == kNone) {

@@ -14,7 +14,7 @@ class frmClassBrowser : public ui::Form {
  public:
   frmClassBrowser();
 
-  /// True when the user left by Cancel or the close box.
+  /// True when the user left by Cancel; the close box hands over what was picked, as Accept does.
   bool bCancel() const { return m_bCancel; }
   const std::string& sWindowClass() const { return m_sWindowClass; }
   void sWindowClass(std::string sClass);
@@ -23,7 +23,6 @@ class frmClassBrowser : public ui::Form {
 
  protected:
   void OnLoad() override;
-  void OnQueryUnload(bool& cancel, ui::CloseReason reason) override;
   void OnResize() override;
 
  private:

@@ -310,17 +310,26 @@ TEST_F(ctlProfileTest, PickingNoProgramSwitchesAutomaticActivationOff) {
   EXPECT_TRUE(CanAccept());
 }
 
-TEST_F(ctlProfileTest, LeavingThePickerWithoutAChoiceChangesNothing) {
+TEST_F(ctlProfileTest, LeavingThePickerByCancelChangesNothing) {
   world.windows.windows = {{1, "ChessWindow", "Chess"}};
   stored.sWindowClass = "GameWindow";
-  for (const char* way : {"cmdCancel", "close box"}) {
-    page.Populate(stored);
-    Browse("Chess::ChessWindow", way);
-    EXPECT_EQ(Box("txtWindowTitle").Text(), "") << way;
-    EXPECT_EQ(Box("txtWindowClass").Text(), "GameWindow") << way;
-    EXPECT_FALSE(Get<ui::CheckBox>("chkEnabled").Checked()) << way;
-    EXPECT_FALSE(CanAccept()) << way;
-  }
+  page.Populate(stored);
+  Browse("Chess::ChessWindow", "cmdCancel");
+  EXPECT_EQ(Box("txtWindowTitle").Text(), "");
+  EXPECT_EQ(Box("txtWindowClass").Text(), "GameWindow");
+  EXPECT_FALSE(Get<ui::CheckBox>("chkEnabled").Checked());
+  EXPECT_FALSE(CanAccept());
+}
+
+TEST_F(ctlProfileTest, ThePickersCloseBoxTakesThePickedProgram) {
+  world.windows.windows = {{1, "ChessWindow", "Chess"}};
+  stored.sWindowClass = "GameWindow";
+  page.Populate(stored);
+  Browse("Chess::ChessWindow", "close box");
+  EXPECT_EQ(Box("txtWindowTitle").Text(), "Chess");
+  EXPECT_EQ(Box("txtWindowClass").Text(), "ChessWindow");
+  EXPECT_TRUE(Get<ui::CheckBox>("chkEnabled").Checked());
+  EXPECT_TRUE(CanAccept());
 }
 
 TEST_F(ctlProfileTest, ThePickerStartsFromTheProfilesProgram) {

@@ -139,10 +139,19 @@ TEST_F(frmClassBrowserTest, CancelAfterASelectionLeavesTheSelectionInTheMembers)
   EXPECT_EQ(browser.sWindowClass(), "Notepad");
 }
 
-TEST_F(frmClassBrowserTest, TheCloseBoxCountsAsCancel) {
+TEST_F(frmClassBrowserTest, TheCloseBoxHandsOverWhatWasPicked) {
+  List().UserSelect(1);
   browser.UserClose(ui::CloseReason::kUser);
-  EXPECT_TRUE(browser.bCancel());
   EXPECT_FALSE(browser.IsLoaded());
+  EXPECT_FALSE(browser.bCancel());
+  EXPECT_EQ(browser.sWindowClass(), "Notepad");
+  EXPECT_EQ(browser.sWindowTitle(), "letter");
+}
+
+TEST_F(frmClassBrowserTest, TheCloseBoxWithoutAChoiceHandsOverWhatItStartedFrom) {
+  browser.UserClose(ui::CloseReason::kUser);
+  EXPECT_FALSE(browser.bCancel());
+  EXPECT_EQ(browser.sWindowClass(), "before class");
 }
 
 TEST_F(frmClassBrowserTest, ATitleWithTheSeparatorIsCutThereAndItsRestStandsInFrontOfTheClass) {
