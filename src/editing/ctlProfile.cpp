@@ -20,6 +20,7 @@ constexpr ui::Twips kBrowseWidth = 1300;
 constexpr ui::Twips kEnableWidth = 1300;
 constexpr ui::Twips kMappingsWidth = 2400;
 constexpr ui::Twips kButtonWidth = 1500;
+constexpr ui::TextBox::Style kPlainText{.border = false};
 
 ui::Font Bold() {
   ui::Font font = ui::BodyFont();
@@ -39,9 +40,9 @@ ctlProfile::ctlProfile(ui::Control* parent, std::string name)
       framAutoActivate(this, "framAutoActivate", "Auto Activate Coniguration"),
       lblAuto(&framAutoActivate, "lblAuto", "Auto Activate Configurations"),
       lblWindowTitle(&framAutoActivate, "lblWindowTitle", "Window Title:", ui::Alignment::kRight),
-      txtWindowTitle(&framAutoActivate, "txtWindowTitle"),
+      txtWindowTitle(&framAutoActivate, "txtWindowTitle", kPlainText),
       lblWindowClass(&framAutoActivate, "lblWindowClass", "Window Class:", ui::Alignment::kRight),
-      txtWindowClass(&framAutoActivate, "txtWindowClass"),
+      txtWindowClass(&framAutoActivate, "txtWindowClass", kPlainText),
       cmdBrowse(&framAutoActivate, "cmdBrowse", "&Browse..."),
       chkEnabled(&framAutoActivate, "chkEnabled", "&Enable"),
       lblRunning(&framAutoActivate, "lblRunning", "Running", ui::Alignment::kCenter),
@@ -185,10 +186,11 @@ void ctlProfile::timerBlink_Timer() {
 void ctlProfile::LayOutAutoActivate() {
   const ui::Twips field = framAutoActivate.Width() - kField - ui::kMargin;
   lblAuto.Move(0, 0, framAutoActivate.Width(), ui::kLineHeight);
+  // Boxes without a border have their text where a label has its own.
   txtWindowTitle.Move(kField, lblAuto.Bottom() + ui::kMargin, field, ui::kLineHeight);
-  lblWindowTitle.Move(0, txtWindowTitle.Top() + ui::kLabelDrop, kLabelWidth, ui::kLineHeight);
+  lblWindowTitle.Move(0, txtWindowTitle.Top(), kLabelWidth, ui::kLineHeight);
   txtWindowClass.Move(kField, txtWindowTitle.Bottom() + ui::kMargin, field, ui::kLineHeight);
-  lblWindowClass.Move(0, txtWindowClass.Top() + ui::kLabelDrop, kLabelWidth, ui::kLineHeight);
+  lblWindowClass.Move(0, txtWindowClass.Top(), kLabelWidth, ui::kLineHeight);
   cmdBrowse.Move(kField, txtWindowClass.Bottom() + ui::kMargin, kBrowseWidth, ui::kButtonHeight);
   const ui::Twips middle = cmdBrowse.Top() + (ui::kButtonHeight - ui::kLineHeight) / 2;
   chkEnabled.Move(cmdBrowse.Right() + ui::kMargin, middle, kEnableWidth, ui::kLineHeight);

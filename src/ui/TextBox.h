@@ -13,6 +13,8 @@ class TextBox : public Control {
   struct Style {
     bool multiLine = false;
     bool verticalScrollBar = false;
+    /// Without, the box looks like plain text.
+    bool border = true;
   };
 
   TextBox(Control* parent, std::string name) : TextBox(parent, std::move(name), Style{}) {}

@@ -470,6 +470,8 @@ TEST_F(ctlProfileTest, ItsColourMakesTheWindowsBoxesLookLikeTheForm) {
   }
   EXPECT_EQ(InGrid<ui::Frame>("framMappings").BackColor(), ui::Rgb(1, 2, 3));
   EXPECT_EQ(Box("txtName").BackColor(), ui::kDefaultColor);
+  for (const char* name : {"txtWindowTitle", "txtWindowClass"}) EXPECT_FALSE(Box(name).GetStyle().border);
+  for (const char* name : {"txtName", "txtDescription"}) EXPECT_TRUE(Box(name).GetStyle().border);
 }
 
 /// A screen reader takes the label that stands before a field for its name.

@@ -60,6 +60,22 @@ TEST_F(UiTextBoxTest, HasTheControlsNameTextAndPlace) {
   EXPECT_NEAR(static_cast<float>(place.bottom), 430 * scale, 0.6);
 }
 
+TEST_F(UiTextBoxTest, ABoxWithoutBorderLooksLikePlainText) {
+  ui::TextBox plain(&form_, "txtPlain", {.border = false});
+  plain.Move(100, 2000, 3000, 330);
+  plain.BackColor(ui::Rgb(1, 2, 3));
+  plain.Locked(true);
+  form_.Unload();
+  form_.Show();
+  const auto edges = [](HWND window) {
+    return GetWindowLongA(window, GWL_EXSTYLE) & (WS_EX_CLIENTEDGE | WS_EX_STATICEDGE);
+  };
+  EXPECT_EQ(edges(WindowOf(plain)), 0);
+  EXPECT_EQ(GetWindowLongA(WindowOf(plain), GWL_STYLE) & WS_BORDER, 0);
+  EXPECT_NE(edges(Native()), 0);
+  EXPECT_EQ(GroundOf(WindowOf(plain)), RGB(1, 2, 3));
+}
+
 TEST_F(UiTextBoxTest, CodeWritesTheNativeTextAndRaisesOneChange) {
   box_.Text("from code");
   EXPECT_EQ(support::TextOf(Native()), "from code");

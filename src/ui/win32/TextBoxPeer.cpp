@@ -38,7 +38,8 @@ bool MaySelect(UINT message) {
 
 TextBoxPeer::TextBoxPeer(TextBox& box, Surroundings& surroundings) : ChildPeer(box, surroundings), box_(box) {
   const Writing writing(writing_);
-  CreateNative("EDIT", StyleOf(box_.GetStyle()), WS_EX_CLIENTEDGE, std::string());
+  CreateNative("EDIT", StyleOf(box_.GetStyle()), box_.GetStyle().border ? WS_EX_CLIENTEDGE : 0u,
+               std::string());
   // Windows' own limit is 30,000 characters.
   Send(EM_SETLIMITTEXT);
   Show(Aspect::kText);
