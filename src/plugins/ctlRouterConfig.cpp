@@ -32,7 +32,7 @@ ctlRouterConfig::ctlRouterConfig(ui::Control* parent, std::string name)
       lblStatus(this, "lblStatus"),
       cmdConfigureRouter(this, "cmdConfigureRouter", "&Configure"),
       lblHelp(this, "lblHelp", "Select your router then press 'Configure'"),
-      lblError(this, "lblError") {
+      lblError(this, "lblError", "Label1") {
   HelpContextID(2000);
   lblTitle.Font(ui::TitleFont());
   lblTitle.Transparent(true);

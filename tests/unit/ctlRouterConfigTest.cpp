@@ -39,6 +39,7 @@ TEST_F(ctlRouterConfigTest, ItsControlsHaveTheirTextsFontsAndColours) {
   EXPECT_EQ(Get<ui::Label>("lblHelp").ForeColor(), ui::Rgb(0, 128, 128));
   EXPECT_EQ(Get<ui::Label>("lblError").ForeColor(), ui::Rgb(128, 0, 0));
   EXPECT_TRUE(Get<ui::Label>("lblError").Transparent());
+  EXPECT_EQ(Caption("lblError"), "Label1") << "until there is something to say";
   for (const char* name : {"cbRouterSelection", "lblVersion", "lblStatus"}) {
     EXPECT_EQ(Get<ui::Control>(name).ForeColor(), ui::Rgb(0, 0, 192)) << name;
   }
