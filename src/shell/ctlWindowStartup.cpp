@@ -1,5 +1,7 @@
 #include "shell/ctlWindowStartup.h"
 
+#include <algorithm>
+
 #include "settings/CRegistry.h"
 #include "shell/modCommon.h"
 #include "ui/PageStyle.h"
@@ -74,5 +76,6 @@ void ctlWindowStartup::OnResize() {
   chkShowSplash.Move(ui::kMargin, chkLoadOnStartup.Bottom() + ui::kMargin, inner, ui::kLineHeight);
   const ui::Twips top = chkShowSplash.Bottom() + ui::kMargin;
   lblSystemTray.Move(ui::kMargin, top, kLabelWidth, ui::kLineHeight);
-  cbSystemTray.Move(lblSystemTray.Right() + ui::kMargin, top - ui::kLabelDrop, kFieldWidth, ui::kLineHeight);
+  const ui::Twips field = lblSystemTray.Right() + ui::kMargin;
+  cbSystemTray.Move(field, top, std::min(kFieldWidth, Width() - field - ui::kMargin), ui::kLineHeight);
 }

@@ -170,7 +170,7 @@ TEST_F(ctlWindowStartupTest, NothingIsStoredAndNoLogonEntryChangesBeforeTheNextS
 
 TEST_F(ctlWindowStartupTest, EachControlStandsAHundredTwipsBelowTheOneBeforeAtAnyWidth) {
   Open();
-  for (const ui::Twips width : {3000, 7140, 20'000}) {
+  for (const ui::Twips width : {2000, 3000, 4000, 4699, 4700, 7140, 20'000}) {
     SCOPED_TRACE(width);
     page->Move(0, 0, width, 3600);
     const auto& title = Get<ui::Control>("lblTitle");
@@ -180,9 +180,9 @@ TEST_F(ctlWindowStartupTest, EachControlStandsAHundredTwipsBelowTheOneBeforeAtAn
     EXPECT_EQ(Splash().Top(), Load().Bottom() + 100);
     EXPECT_EQ(label.Top(), Splash().Bottom() + 100);
     EXPECT_GE(Tray().Left(), label.Right());
-    EXPECT_GE(Tray().Top(), Splash().Bottom());
-    EXPECT_LT(Tray().Top(), label.Bottom());
-    EXPECT_GT(Tray().Bottom(), label.Top());
+    EXPECT_EQ(Tray().Top(), Splash().Bottom() + 100);
+    EXPECT_LE(Tray().Right(), width - 100);
+    EXPECT_GT(Tray().Width(), 0);
   }
 }
 
