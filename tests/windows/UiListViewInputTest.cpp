@@ -3,6 +3,7 @@
 #include <commctrl.h>
 
 #include "support/ListViewTest.h"
+#include "ui/Menu.h"
 #include "ui/TextBox.h"
 
 namespace {
@@ -105,6 +106,51 @@ TEST_F(UiListViewInputTest, ClicksKeysAndHeadersAreReported) {
   PostMessageA(header, WM_LBUTTONUP, 0, onSecond);
   ui::TheInterface().toolkit->ProcessPendingEvents();
   EXPECT_EQ(told, (std::vector<std::string>{"double", "right", "key 113", "right", "column 2"}));
+}
+
+TEST_F(UiListViewInputTest, TheKeyForTheMenuOpensItBelowTheSelectedRow) {
+  auto list = Make({});
+  Fill(*list, 100);
+  list->Select(50);
+  ui::Menu menu(&form_, "mnuTest", "Test");
+  ui::Menu entry(&menu, "mnuEntry", "Entry");
+  list->RightButtonUp.Connect([&] { menu.ShowAsPopup(); });
+  ui::TheInterface().toolkit->ProcessPendingEvents();
+  const HWND native = Native(*list);
+  SetCursorPos(0, 0);
+  const auto placeOfMenu = [&](auto open) {
+    RECT place{};
+    const support::Bystander bystander([&] {
+      const HWND window = support::WaitFor([] { return support::FindOwnWindow("#32768"); });
+      support::WaitFor([&] { return IsWindowVisible(window) && GetWindowRect(window, &place); });
+      support::PressKey(VK_ESCAPE);
+    });
+    open();
+    return place;
+  };
+  const auto byKey = [&] { SendMessageA(native, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(native), -1); };
+  RECT menuPlace = placeOfMenu(byKey);
+  RECT row{};
+  row.left = LVIR_LABEL;
+  SendMessageA(native, LVM_GETITEMRECT, 50, reinterpret_cast<LPARAM>(&row));
+  MapWindowPoints(native, nullptr, reinterpret_cast<POINT*>(&row), 2);
+  RECT inner{};
+  GetWindowRect(native, &inner);
+  EXPECT_NEAR(menuPlace.left, row.left, 4);
+  EXPECT_NEAR(menuPlace.top, row.bottom, 4);
+  EXPECT_GE(row.top, inner.top) << "the row has come into view";
+  EXPECT_LE(row.bottom, inner.bottom);
+
+  list->UserSelectAll(false);
+  list->UserSelect(50, false);
+  menuPlace = placeOfMenu(byKey);
+  EXPECT_NEAR(menuPlace.left, inner.left, 6) << "without a selected row, at the list's corner";
+  EXPECT_NEAR(menuPlace.top, inner.top, 6);
+
+  SetCursorPos(300, 200);
+  menuPlace = placeOfMenu([&] { list->UserRightButtonUp(); });
+  EXPECT_NEAR(menuPlace.left, 300, 4) << "by the mouse, at the mouse";
+  EXPECT_NEAR(menuPlace.top, 200, 4);
 }
 
 TEST_F(UiListViewInputTest, LettersFindTheRowThatBeginsWithThem) {

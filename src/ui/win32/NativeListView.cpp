@@ -235,7 +235,10 @@ LRESULT NativeListView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   }
   if (message == WM_CONTEXTMENU && lParam == -1) {
     // The key for the menu; the mouse's own way is the notification.
+    Surroundings& around = Around();
+    around.menuPlace = MenuPlace();
     list_.UserRightButtonUp();
+    around.menuPlace.reset();
     return 0;
   }
   if (message == WM_KEYDOWN && wParam == 'A' && GetKeyState(VK_CONTROL) < 0 && list_.GetStyle().multiSelect) {
@@ -256,6 +259,19 @@ LRESULT NativeListView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     list_.UserKeyUp(static_cast<std::int32_t>(wParam));
   }
   return result;
+}
+
+POINT NativeListView::MenuPlace() const {
+  POINT place{};
+  if (const auto row = list_.SelectedRow()) {
+    Send(LVM_ENSUREVISIBLE, *row, FALSE);
+    RECT label{};
+    label.left = LVIR_LABEL;
+    Send(LVM_GETITEMRECT, *row, reinterpret_cast<LPARAM>(&label));
+    place = {std::max<LONG>(0, label.left), label.bottom};
+  }
+  ClientToScreen(Window(), &place);
+  return place;
 }
 
 LRESULT NativeListView::OnNotify(NMHDR& header) {

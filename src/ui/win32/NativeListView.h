@@ -43,6 +43,9 @@ class NativeListView : public ChildPeer<ListViewPeer> {
   int WidthOf(std::size_t column) const { return Send<int>(LVM_GETCOLUMNWIDTH, column); }
   void SetState(int row, UINT state, UINT mask) const;
 
+  /// Where the key for the menu opens it: below the selected row.
+  POINT MenuPlace() const;
+
   void OnDisplay(LVITEMA& item);
   LRESULT OnDraw(NMLVCUSTOMDRAW& draw) const;
   void OnStateChanged(const NMLISTVIEW& change);

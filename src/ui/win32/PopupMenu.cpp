@@ -61,14 +61,12 @@ void PopupMenu::Append(HMENU native, const Menu& entry) {
   AppendMenuA(native, flags, item, entry.Caption().c_str());
 }
 
-int PopupMenu::Show(HWND owner) const {
-  POINT mouse{};
-  GetCursorPos(&mouse);
+int PopupMenu::Show(HWND owner, POINT place) const {
   // The menu closes at a click elsewhere only when its owner is in front...
   SetForegroundWindow(owner);
   const UINT side = GetSystemMetrics(SM_MENUDROPALIGNMENT) ? TPM_RIGHTALIGN : TPM_LEFTALIGN;
-  const int command = TrackPopupMenu(native_, side | TPM_RIGHTBUTTON | TPM_RETURNCMD | TPM_NONOTIFY, mouse.x,
-                                     mouse.y, 0, owner, nullptr);
+  const int command = TrackPopupMenu(native_, side | TPM_RIGHTBUTTON | TPM_RETURNCMD | TPM_NONOTIFY, place.x,
+                                     place.y, 0, owner, nullptr);
   // ...and the owner has handled one more message since.
   PostMessageA(owner, WM_NULL, 0, 0);
   return command;

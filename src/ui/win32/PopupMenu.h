@@ -23,7 +23,7 @@ class PopupMenu {
 
   /// Waits at the mouse until the menu is closed. The number of the chosen command, counted from 1; 0 for
   /// none.
-  int Show(HWND owner) const;
+  int Show(HWND owner, POINT place) const;
   /// The entry below `menu` that the command stands for: the one of the same name and still the caption that
   /// the user has seen; null when there is none any more.
   Menu* Find(Menu& menu, int command) const;

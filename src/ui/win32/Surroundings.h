@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <optional>
+
 #include "ui/win32/Fonts.h"
 #include "ui/win32/SessionEnd.h"
 #include "ui/win32/UtilityWindow.h"
@@ -18,6 +20,8 @@ struct Surroundings {
   Brushes brushes;
   SessionEnd sessionEnd;
   UtilityWindow utility{sessionEnd};
+  /// Where the next pop-up menu opens, on the screen; at the mouse while there is none.
+  std::optional<POINT> menuPlace;
   /// Sent to all top-level windows when the shell has made its task bar anew.
   const UINT taskBarCreated = RegisterWindowMessageA("TaskbarCreated");
 };

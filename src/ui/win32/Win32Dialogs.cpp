@@ -5,7 +5,9 @@
 #include <commdlg.h>
 
 #include <algorithm>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "ui/FileDialog.h"
@@ -84,7 +86,10 @@ Menu* Win32Dialogs::ShowPopupMenu(Menu& menu, Control& owner) {
   // for a menu.
   const auto formWindow = reinterpret_cast<HWND>(form->Handle());
   const HWND window = GetForegroundWindow() == formWindow ? formWindow : surroundings_.utility.Window();
-  const int command = native.Show(window);
+  POINT mouse{};
+  GetCursorPos(&mouse);
+  const POINT place = std::exchange(surroundings_.menuPlace, std::nullopt).value_or(mouse);
+  const int command = native.Show(window, place);
   if (command == 0 || !IsLoaded(form) || !StandsBelow(*form, &menu)) return nullptr;
   return native.Find(menu, command);
 }
