@@ -150,6 +150,11 @@ void Control::TellShown() {
   for (Control* child : children_) child->TellShown();
 }
 
+void Control::TellScaleChanged() {
+  OnScaleChanged();
+  for (Control* child : children_) child->TellScaleChanged();
+}
+
 void Control::End() {
   for (Control* child : children_) child->End();
   FromUser("End", [this] { OnEnd(); });

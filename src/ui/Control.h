@@ -114,6 +114,8 @@ class Control {
   void DetachPeers();
   /// Tells this control and all that stands on it that the window is loaded.
   void TellShown();
+  /// Tells it and all that stands on it of the monitor's scale.
+  void TellScaleChanged();
   /// Ends this control and all that stands on it: the window that they stand on has been unloaded.
   void End();
 
@@ -130,6 +132,8 @@ class Control {
   virtual void OnPeerAttached() {}
   /// Called when the window is loaded and everything on it has its peer.
   virtual void OnShow() {}
+  /// The window has come to a monitor of another scale.
+  virtual void OnScaleChanged() {}
   /// A page's last act: it lets go of what it holds and saves what it keeps.
   virtual void OnEnd() {}
   void BoundsFromPeer(const Bounds& bounds);

@@ -60,6 +60,15 @@ void Form::Icon(PictureRef icon) {
   Notify(Aspect::kValue);
 }
 
+float Form::TwipsPerPixel() const {
+  const float twips = GetPeer() ? GetPeer()->TwipsPerPixel() : 0;
+  return twips > 0 ? twips : TheInterface().screen->TwipsPerPixelX();
+}
+
+void Form::UserScaleChanged() {
+  FromUser("ScaleChanged", [this] { TellScaleChanged(); });
+}
+
 void Form::Load() {
   if (loaded_) return;
   loaded_ = true;

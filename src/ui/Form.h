@@ -46,6 +46,8 @@ class Form : public Control {
   /// What of a borderless window is there, in pixels of the window. None stands for the whole rectangle.
   const std::vector<PixelRun>& Shape() const { return shape_; }
   void Shape(std::vector<PixelRun> shape);
+  /// On the monitor where the window is; on the whole screen's scale while it isn't loaded.
+  float TwipsPerPixel() const;
   /// Called while a button of the mouse is down: the window is dragged as if by its title bar.
   void DragByMouse();
 
@@ -92,6 +94,8 @@ class Form : public Control {
   /// The new place of the inner area, in twips. Pages hide what they move and show it again; peers learn only
   /// what has changed in the end, so that the control with the focus keeps it.
   void UserResize(const Bounds& bounds);
+  /// The window has come to a monitor of another scale.
+  void UserScaleChanged();
   /// True when the peer of the control learns only later whether the control is visible.
   bool PutsOffVisibility(Control& control);
 

@@ -34,6 +34,8 @@ class Peer {
   virtual void SetFocus() {}
   /// The mouse has been pressed: the window follows it until it is released.
   virtual void DragByMouse() {}
+  /// How many twips a pixel of the monitor has on which the window is; 0 for all but windows.
+  virtual float TwipsPerPixel() const { return 0; }
   /// The native window, 0 for a kind that has none.
   virtual std::uintptr_t Handle() const { return 0; }
 };

@@ -66,7 +66,8 @@ void ctlShapeSkin::TakePicture(ui::PictureRef picture) {
 }
 
 void ctlShapeSkin::SizePicture() {
-  const float twips = ui::TheInterface().screen->TwipsPerPixelX();
+  const ui::Form* const form = ParentForm();
+  const float twips = form ? form->TwipsPerPixel() : ui::TheInterface().screen->TwipsPerPixelX();
   picSkin.Move(0, 0, InTwips(m_lPixelsWide, twips), InTwips(m_lPixelsHigh, twips));
 }
 
@@ -88,6 +89,7 @@ std::vector<ui::PixelRun> ctlShapeSkin::BuildRegion(const ui::Pixels& pixels) {
 }
 
 void ctlShapeSkin::OnShow() {
+  SizePicture();
   const ui::Pixels pixels = ui::TheInterface().screen->PixelsOf(PictureSkin());
   ui::Form* const form = ParentForm();
   // Without a picture the window keeps its size: one of no size could neither be seen nor found.
@@ -95,6 +97,12 @@ void ctlShapeSkin::OnShow() {
     SizeWindow();
     form->Shape(BuildRegion(pixels));
   }
+  Fit();
+}
+
+void ctlShapeSkin::OnScaleChanged() {
+  SizePicture();
+  if (m_lPixelsWide > 0) SizeWindow();
   Fit();
 }
 

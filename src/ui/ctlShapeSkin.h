@@ -11,7 +11,7 @@
 #include "ui/UserControl.h"
 
 /// Gives a borderless window the outline of a picture. When the window comes up it takes the picture's size,
-/// one pixel of the screen for each of the picture, and its shape: all pixels but those of the colour that
+/// one pixel of its monitor for each of the picture, and its shape: all pixels but those of the colour that
 /// the topmost pixel at the left has. The window can be dragged by the picture. Other controls on the window
 /// stay in front of it.
 class ctlShapeSkin : public ui::UserControl {
@@ -36,6 +36,7 @@ class ctlShapeSkin : public ui::UserControl {
 
  protected:
   void OnShow() override;
+  void OnScaleChanged() override;
   void OnResize() override { Fit(); }
 
  private:

@@ -182,6 +182,29 @@ TEST_F(ctlShapeSkinTest, SettingThePictureMarksItAsChangedAndReadingItDoesNot) {
   EXPECT_THAT(changed, ElementsAre("PictureSkin"));
 }
 
+TEST_F(ctlShapeSkinTest, OnePixelOfThePictureIsOneOfItsMonitorWhateverTheScreensScaleIs) {
+  toolkit.pixels = Draw({".##.", "####"});
+  toolkit.monitorTwipsPerPixel = 10;
+  skin.PictureSkin(Picture());
+  form.Show();
+  EXPECT_EQ(form.Width(), 40);
+  EXPECT_EQ(form.Height(), 20);
+  EXPECT_EQ(PicSkin().GetBounds(), (ui::Bounds{0, 0, 40, 20}));
+}
+
+TEST_F(ctlShapeSkinTest, AWindowThatComesToAMonitorOfAnotherScaleKeepsItsWholePicture) {
+  toolkit.pixels = Draw({".##.", "####"});
+  skin.PictureSkin(Picture());
+  form.Show();
+  toolkit.monitorTwipsPerPixel = 7.5;
+  form.UserScaleChanged();
+  EXPECT_EQ(form.Width(), 30);
+  EXPECT_EQ(form.Height(), 15);
+  EXPECT_EQ(skin.GetBounds(), (ui::Bounds{0, 0, 30, 15}));
+  EXPECT_EQ(PicSkin().GetBounds(), (ui::Bounds{0, 0, 30, 15}));
+  EXPECT_THAT(form.Shape(), ElementsAre(PixelRun{1, 3, 0}, PixelRun{0, 4, 1})) << "in pixels";
+}
+
 TEST_F(ctlShapeSkinTest, InADesignerAWindowsBoarderStyleBecomes0AndTheUserIsTold) {
   const auto window = std::make_shared<support::Script>();
   window->Answer("BoarderStyle", std::int32_t{2});

@@ -9,6 +9,7 @@
 #include "support/Ui.h"
 #include "ui/ctlShapeSkin.h"
 #include "ui/modPictureHelper.h"
+#include "ui/win32/Scale.h"
 
 namespace {
 
@@ -89,6 +90,24 @@ TEST_F(UiSkinTest, TheTitleWindowStandsInTheMiddleOfTheScreen) {
   SystemParametersInfoA(SPI_GETWORKAREA, 0, &work, 0);
   EXPECT_NEAR(Place().left - work.left, work.right - Place().right, 1);
   EXPECT_NEAR(Place().top - work.top, work.bottom - Place().bottom, 1);
+}
+
+TEST_F(UiSkinTest, TheWholePictureIsThereOnAMonitorOfAnotherScale) {
+  splash_.Show();
+  const auto dots = static_cast<WORD>(2 * ui::win32::Scale::Of(Window()).DotsPerInch());
+  RECT suggested{40, 50, 1040, 800};
+  SendMessageA(Window(), WM_DPICHANGED, MAKEWPARAM(dots, dots), reinterpret_cast<LPARAM>(&suggested));
+  ui::TheInterface().toolkit->ProcessPendingEvents();
+  EXPECT_EQ(Place().left, 40);
+  EXPECT_EQ(Place().top, 50);
+  EXPECT_EQ(Place().right - Place().left, 500);
+  EXPECT_EQ(Place().bottom - Place().top, 375);
+  const HWND picture = GetWindow(GetWindow(Window(), GW_CHILD), GW_CHILD);
+  ASSERT_EQ(support::ControlNameOf(picture), "picSkin");
+  RECT place{};
+  GetWindowRect(picture, &place);
+  const RECT whole = Place();
+  EXPECT_TRUE(EqualRect(&place, &whole));
 }
 
 TEST_F(UiSkinTest, AShapeWithoutRunsIsTheWholeRectangle) {

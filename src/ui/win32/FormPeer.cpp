@@ -121,6 +121,10 @@ void FormPeer::SetFocus() {
   SetForegroundWindow(Window());
 }
 
+float FormPeer::TwipsPerPixel() const {
+  return win32::TwipsPerPixel(scale_.DotsPerInch());
+}
+
 void FormPeer::DragByMouse() {
   if (!Window()) return;
   ReleaseCapture();
@@ -348,6 +352,7 @@ void FormPeer::OnScale(Scale scale, const RECT& suggested) {
     Rescale(form_);
   }
   TellBounds();
+  form_.UserScaleChanged();
 }
 
 void FormPeer::RestoreFocus() {

@@ -28,6 +28,7 @@ class FormPeer : public Peer, public OwnWindow {
   /// Brings the window in front of all others.
   void SetFocus() override;
   void DragByMouse() override;
+  float TwipsPerPixel() const override;
   std::uintptr_t Handle() const override { return reinterpret_cast<std::uintptr_t>(Window()); }
 
   /// The scale of the monitor that the window stands on.

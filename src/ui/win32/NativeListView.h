@@ -62,11 +62,11 @@ class NativeListView : public ChildPeer<ListViewPeer> {
   /// What the native list was handed last; it reads it after the call.
   std::string shownText_;
   bool writing_ = false;
+  /// The native list may hand over the text of an edit that is cancelled.
+  bool cancelsEdit_ = false;
   bool columnsStale_ = true;
   bool rowsStale_ = true;
   bool countStale_ = true;
-  /// The native list may hand over the text of an edit that is cancelled.
-  bool cancelsEdit_ = false;
   bool selectionStale_ = true;
   bool selectedByKey_ = false;
   /// Changed rows that aren't drawn anew yet: from the first to the last.

@@ -45,6 +45,8 @@ class RecordingToolkit : public ui::HeadlessToolkit {
   std::vector<std::string> peers;
   /// The peer of the control of this name can't be made.
   std::string failingPeer;
+  /// The scale of the monitor on which all windows are; 0 for that of the screen.
+  float monitorTwipsPerPixel = 0;
   /// What a list view's peer answers to FitColumn.
   bool fits = true;
 
@@ -70,6 +72,7 @@ class RecordingToolkit::RecordingPeer : public ui::ListViewPeer {
   void SetFocus() override { ++Told().focus; }
   void DragByMouse() override { ++Told().drags; }
   std::uintptr_t Handle() const override { return handle_; }
+  float TwipsPerPixel() const override { return toolkit_.monitorTwipsPerPixel; }
   void RowsAdded(std::size_t first, std::size_t count) override {
     Row("added " + std::to_string(first) + " " + std::to_string(count));
   }
