@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <vector>
+
 namespace platform::win32 {
 namespace {
 
@@ -47,7 +49,10 @@ std::int32_t Win32RegistryFunctions::QueryValueEx(RegistryKey key, const std::st
 
 std::int32_t Win32RegistryFunctions::SetValueEx(RegistryKey key, const std::string& name, std::uint32_t type,
                                                 const void* data, std::uint32_t size) {
-  return RegSetValueExA(Native(key), name.c_str(), 0, type, static_cast<const BYTE*>(data), size);
+  // The function takes a terminator along that it finds right behind a text, beyond the size it is given.
+  std::vector<BYTE> bytes(static_cast<const BYTE*>(data), static_cast<const BYTE*>(data) + size);
+  bytes.push_back(1);
+  return RegSetValueExA(Native(key), name.c_str(), 0, type, bytes.data(), size);
 }
 
 std::int32_t Win32RegistryFunctions::CloseKey(RegistryKey key) {
