@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/Error.h"
+#include "platform/FilePath.h"
 #include "platform/Machine.h"
 
 namespace platform {
@@ -16,7 +17,7 @@ constexpr const char* kSuffix = ".harbourline-new";
 /// False for a file that exists and can't be written, and for a folder. The folder around may let it be
 /// replaced all the same, which isn't what its owner meant. A path without a name leads to no file.
 bool MayBeReplaced(const std::string& path) {
-  if (path.empty() || path.back() == '\\' || path.back() == '/') return false;
+  if (path.empty() || path.size() == FolderOf(path).size() + 1) return false;
   const std::unique_ptr<std::FILE, base::CloseFile> file(std::fopen(path.c_str(), "r+b"));
   return file || errno == ENOENT;
 }
