@@ -4,7 +4,7 @@
 
 #include "platform/Clock.h"
 
-/// How the log writes moments. The form is the same on every machine: stored rows are sorted by reading them
+/// How the log writes moments. The form is the same on every system: stored rows are sorted by reading them
 /// again.
 namespace LogTime {
 

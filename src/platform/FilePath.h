@@ -10,7 +10,7 @@ namespace platform {
 /// Joins a folder and a file name by "\\", unless the folder ends with one. An empty folder counts as "\\".
 std::string MakeFullPath(std::string_view folder, std::string_view file);
 
-/// What stands before the last "\\" or "/"; empty when there is none.
+/// The part in front of the last "\\" or "/"; empty when there is none.
 std::string FolderOf(std::string_view path);
 
 }  // namespace platform

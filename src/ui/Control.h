@@ -114,7 +114,7 @@ class Control {
   void DetachPeers();
   /// Tells this control and all that stands on it that the window is loaded.
   void TellShown();
-  /// Tells it and all that stands on it of the monitor's scale.
+  /// Reports to this control and all that is on it that the monitor's scale is another one.
   void TellScaleChanged();
   /// Ends this control and all that stands on it: the window that they stand on has been unloaded.
   void End();

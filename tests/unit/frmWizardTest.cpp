@@ -270,6 +270,8 @@ TEST_F(frmWizardTest, ALogThatWasSwitchedOffElsewhereIsNotSwitchedByTheNextLoad)
   wizard.ShowModal(main.get());
   ASSERT_TRUE(Logging().Checked());
   router->Answer("IServer_EnableLog", false);
+  auto& page = support::FindControl<ctlRouterLog>(*main, "ctlRouterLog");
+  support::FindControl<ui::CheckBox>(page, "chkEnable").UserClick();
   router->calls.clear();
   wizard.ShowModal(main.get());
   EXPECT_FALSE(Logging().Checked());

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// What stands here in bytes is text in this page.
+/// The code page in which the bytes below are text.
 constexpr UINT kWestern = 1252;
 
 class CodePageTest : public testing::Test {
