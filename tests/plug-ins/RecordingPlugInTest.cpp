@@ -130,6 +130,44 @@ TEST_F(RecordingPlugInTest, AnswersAndFailsAsScripted) {
   EXPECT_EQ(late::Find(plugIn.get(), L"IServer_Version"), DISPID_UNKNOWN);
 }
 
+TEST_F(RecordingPlugInTest, IsFaultyFromTheScriptedCallOn) {
+  Script(L"From_IServer_ServerTitle", L"2");
+  Script(L"Fail_IServer_ServerTitle", L"no title");
+  Script(L"From_IServer_Version", L"3");
+  Script(L"Missing_IServer_Version", L"");
+  EXPECT_TRUE(Call(L"IServer_ServerTitle").IsText(L"Router Harbourline.Recording"));
+  EXPECT_EQ(Call(L"IServer_ServerTitle").exceptionText, L"no title");
+  EXPECT_EQ(Call(L"IServer_ServerTitle").exceptionText, L"no title");
+  EXPECT_TRUE(Call(L"IServer_Version").IsText(L"1.2"));
+  EXPECT_TRUE(Call(L"IServer_Version").IsText(L"1.2"));
+  EXPECT_EQ(late::Find(plugIn.get(), L"IServer_Version"), DISPID_UNKNOWN);
+}
+
+TEST_F(RecordingPlugInTest, FailsAtWritesAloneWhenTheScriptSaysSo) {
+  Script(L"Fail_IServer_EnableLog_PUT", L"can't be switched");
+  EXPECT_EQ(late::Put(plugIn.get(), L"IServer_EnableLog", late::Value(true)).exceptionText,
+            L"can't be switched");
+  EXPECT_TRUE(Call(L"IServer_EnableLog").IsBool(false));
+}
+
+TEST_F(RecordingPlugInTest, TakesItsTimeAndHandlesMessagesMeanwhileAsScripted) {
+  constexpr ULONGLONG kAWhile = 200;
+  static int handled;
+  handled = 0;
+  const UINT_PTR timer = SetTimer(nullptr, 0, 20, [](HWND, UINT, UINT_PTR, DWORD) { ++handled; });
+  Script(L"Slow_IServer_Version", L"200");
+  ULONGLONG begin = GetTickCount64();
+  Call(L"IServer_Version");
+  EXPECT_GE(GetTickCount64() - begin, kAWhile);
+  EXPECT_EQ(handled, 0);
+  Script(L"Loop_IServer_WANIP", L"200");
+  begin = GetTickCount64();
+  EXPECT_TRUE(Call(L"IServer_WANIP").IsText(L"198.51.100.7"));
+  EXPECT_GE(GetTickCount64() - begin, kAWhile);
+  EXPECT_GT(handled, 0);
+  KillTimer(nullptr, timer);
+}
+
 TEST_F(RecordingPlugInTest, OverwritesArgumentsByReference) {
   Script(L"ChangeArguments", L"");
   short number = 5;

@@ -42,7 +42,7 @@ WORD TakeKey(std::string_view& keys) {
       {"SPACE", WORD{VK_SPACE}},  {"UP", WORD{VK_UP}},       {"DOWN", WORD{VK_DOWN}},
       {"LEFT", WORD{VK_LEFT}},    {"RIGHT", WORD{VK_RIGHT}}, {"HOME", WORD{VK_HOME}},
       {"END", WORD{VK_END}},      {"ALT", WORD{VK_MENU}},    {"F1", WORD{VK_F1}},
-      {"F4", WORD{VK_F4}}};
+      {"F2", WORD{VK_F2}},        {"F4", WORD{VK_F4}}};
   if (keys.front() != '{') {
     const SHORT code = VkKeyScanA(keys.front());
     keys.remove_prefix(1);

@@ -7,8 +7,8 @@
 namespace desktop {
 
 /// Types letters and digits as they stand, and keys by name in braces: {ENTER} {ESC} {TAB} {SPACE} {UP}
-/// {DOWN} {LEFT} {RIGHT} {HOME} {END} {ALT} {F1} {F4}. False for a name that isn't one of these, or when the
-/// system refuses.
+/// {DOWN} {LEFT} {RIGHT} {HOME} {END} {ALT} {F1} {F2} {F4}. False for a name that isn't one of these, or when
+/// the system refuses.
 bool Type(std::string_view keys);
 
 enum class MouseButton { kLeft, kRight };

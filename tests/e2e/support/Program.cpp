@@ -121,6 +121,11 @@ DWORD Program::ExitCode() const {
   return code;
 }
 
+void Program::Kill() const {
+  TerminateProcess(processes_.back().hProcess, 99);
+  WaitForSingleObject(processes_.back().hProcess, 10'000);
+}
+
 int Program::Running() const {
   return static_cast<int>(
       std::count_if(processes_.begin(), processes_.end(), [](const PROCESS_INFORMATION& process) {
@@ -209,6 +214,19 @@ bool Program::Choose(const std::string& key, const std::string& inSubmenu) const
   }
   if (OpenMenus() != wanted || !desktop::Type(inSubmenu)) return false;
   return WaitFor([this] { return OpenMenus() == 0; });
+}
+
+bool Program::ChooseByArrows(const std::string& keys) const {
+  if (!OpenMenu()) return false;
+  const bool listens = WaitFor([this] {
+    DWORD process = 0;
+    GUITHREADINFO state{};
+    state.cbSize = sizeof state;
+    const HWND front = GetForegroundWindow();
+    return GetGUIThreadInfo(GetWindowThreadProcessId(front, &process), &state) &&
+           process == processes_.back().dwProcessId && (state.flags & GUI_INMENUMODE) != 0;
+  });
+  return listens && desktop::Type(keys) && WaitFor([this] { return OpenMenus() == 0; });
 }
 
 bool Program::Exit() const {

@@ -60,6 +60,8 @@ class Program {
   bool HasEnded() const;
   bool WaitForEnd() const;
   DWORD ExitCode() const;
+  /// Ends the newest process without a word to it, as a crash does.
+  void Kill() const;
   /// Processes of this installation that were started and haven't ended.
   int Running() const;
 
@@ -80,6 +82,8 @@ class Program {
   /// Opens the menu and types the key of an entry into it, then, when that opens a submenu, the keys there.
   /// Waits until all menus are closed.
   bool Choose(const std::string& key, const std::string& inSubmenu = {}) const;
+  /// Opens the menu and types keys into it when it has the keyboard. Waits until it is closed.
+  bool ChooseByArrows(const std::string& keys) const;
   /// The pop-up menus that are open now.
   int OpenMenus() const;
 

@@ -1,3 +1,4 @@
+#include <cstdlib>
 #include <iterator>
 #include <map>
 #include <string>
@@ -37,6 +38,23 @@ std::string FlagNames(WORD flags, const DISPPARAMS& parameters) {
   return names;
 }
 
+void RunMessageLoop(ULONGLONG milliseconds) {
+  constexpr DWORD kStep = 10;
+  const ULONGLONG end = GetTickCount64() + milliseconds;
+  while (GetTickCount64() < end) {
+    MSG message;
+    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+      if (message.message == WM_QUIT) {
+        PostQuitMessage(static_cast<int>(message.wParam));
+        return;
+      }
+      TranslateMessage(&message);
+      DispatchMessageA(&message);
+    }
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, kStep, QS_ALLINPUT);
+  }
+}
+
 class PlugIn final : public IDispatch {
  public:
   explicit PlugIn(std::string className) : class_(std::move(className)) {
@@ -73,21 +91,39 @@ class PlugIn final : public IDispatch {
                                    VARIANT* result, EXCEPINFO* exception, UINT*) override;
 
  private:
+  std::optional<std::string> Fault(const std::string& kind, const std::string& member, WORD flags) const;
   HRESULT Fail(const std::string& member, const std::string& text, EXCEPINFO* exception) const;
   void RaiseScripted(const std::string& member);
-  HRESULT Answer(const std::string& member, DISPPARAMS& parameters, VARIANT& result);
+  HRESULT Answer(const std::string& member, WORD flags, DISPPARAMS& parameters, VARIANT& result);
   EventRaiser& Raiser();
 
   std::string class_;
   ULONG references_ = 1;
   EventRaiser* raiser_ = nullptr;
+  // How often each member was called.
+  std::map<std::string, long> calls_;
 };
+
+/// The script value of that kind for the access; nothing before the call from which on the member is faulty.
+std::optional<std::string> PlugIn::Fault(const std::string& kind, const std::string& member,
+                                         WORD flags) const {
+  const auto from = ScriptNumber(class_, "From_" + member);
+  const auto called = calls_.find(member);
+  if (from && (called == calls_.end() ? 0 : called->second) < *from) return std::nullopt;
+  if (flags & DISPATCH_PROPERTYPUT) {
+    if (auto written = Script(class_, kind + "_" + member + "_PUT")) return written;
+  }
+  return Script(class_, kind + "_" + member);
+}
 
 HRESULT PlugIn::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID locale, DISPID* ids) {
   if (count != 1) return DISP_E_UNKNOWNNAME;
   const std::string member = Narrow(names[0]);
   const auto found = kAnswers.find(member);
-  const bool missing = found == kAnswers.end() || Script(class_, "Missing_" + member);
+  // The call that follows this look-up isn't counted yet.
+  const auto from = ScriptNumber(class_, "From_" + member);
+  const bool faulty = !from || calls_[member] + 1 >= *from;
+  const bool missing = found == kAnswers.end() || (faulty && Script(class_, "Missing_" + member));
   ids[0] = missing ? DISPID_UNKNOWN : 1 + static_cast<DISPID>(std::distance(kAnswers.begin(), found));
   if (Script(class_, "RecordLookups")) {
     Write(class_, "lookup " + member + " " + Hex(static_cast<HRESULT>(locale)) + " -> " +
@@ -106,19 +142,22 @@ HRESULT PlugIn::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* paramete
   }
   Write(class_, line + ")");
   AddRef();
+  ++calls_[member];
   RaiseScripted(member);
+  if (const auto slow = Fault("Slow", member, flags)) Sleep(std::strtoul(slow->c_str(), nullptr, 0));
+  if (const auto loop = Fault("Loop", member, flags)) RunMessageLoop(std::strtoul(loop->c_str(), nullptr, 0));
   VARIANT answer;
   VariantInit(&answer);
   HRESULT code = S_OK;
-  if (const auto broken = ScriptNumber(class_, "Break_" + member)) {
-    code = static_cast<HRESULT>(*broken);
-  } else if (const auto text = Script(class_, "Fail_" + member)) {
+  if (const auto broken = Fault("Break", member, flags)) {
+    code = static_cast<HRESULT>(std::strtoll(broken->c_str(), nullptr, 0));
+  } else if (const auto text = Fault("Fail", member, flags)) {
     code = Fail(member, *text, exception);
   } else {
     if (Script(class_, "ChangeArguments")) {
       for (UINT i = 0; i < parameters->cArgs; ++i) Overwrite(parameters->rgvarg[i]);
     }
-    code = Answer(member, *parameters, answer);
+    code = Answer(member, flags, *parameters, answer);
   }
   if (result) {
     *result = answer;
@@ -156,12 +195,12 @@ EventRaiser& PlugIn::Raiser() {
   return *raiser_;
 }
 
-HRESULT PlugIn::Answer(const std::string& member, DISPPARAMS& parameters, VARIANT& result) {
+HRESULT PlugIn::Answer(const std::string& member, WORD flags, DISPPARAMS& parameters, VARIANT& result) {
   if (member == "IServer_GetFeatures" && parameters.cArgs == 2 &&
       PutFeatures(class_, parameters.rgvarg[1], parameters.rgvarg[0])) {
-    return ParseValue(Script(class_, "Result_" + member).value_or("bool:True"), result) ? S_OK : E_FAIL;
+    return ParseValue(Fault("Result", member, flags).value_or("bool:True"), result) ? S_OK : E_FAIL;
   }
-  const std::optional<std::string> scripted = Script(class_, "Result_" + member);
+  const std::optional<std::string> scripted = Fault("Result", member, flags);
   std::string answer = scripted.value_or(kAnswers.at(member));
   if (answer == "source") {
     result.vt = VT_DISPATCH;

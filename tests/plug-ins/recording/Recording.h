@@ -8,29 +8,35 @@
 // Script: values under HKEY_CURRENT_USER\Software\Harbourline Recording\<class>, all REG_SZ, read at each
 // call. A value that says "any" counts by being there.
 //   Result_<member>    the result: "text:abc", "int16:5", "int32:70000", "double:0.5", "bool:True",
-//   "bool:False",
-//                      "empty", "null" (no object)
+//                      "bool:False", "empty", "null" (no object)
 //   Fail_<member>      the member raises an error with this text and the code 0x80040201
 //   FailCode_<member>  the code of that error instead; up to 65535 it goes as the short code, as some
-//   languages do Break_<member>     the call fails with this COM error, without an exception Missing_<member>
-//   any: the object has no such member ChangeArguments    any: arguments by reference are overwritten:
-//   "changed", 99, True; the records of a mapping array
-//                      too, and then the array itself by one with the bounds 5 to 5
+//                      languages do
+//   Break_<member>     the call fails with this COM error, without an exception
+//   Missing_<member>   any: the object has no such member
+//   Slow_<member>      the call takes so many milliseconds
+//   Loop_<member>      the call runs a message loop of its own for so many milliseconds
+//   From_<member>      the call, counted from 1, from which on these hold for the member; all without it
+//   ChangeArguments    any: arguments by reference are overwritten: "changed", 99, True; the records of a
+//                      mapping array too, and then the array itself by one with the bounds 5 to 5
 //   Features           "Caption=5;Another=6" for IServer_GetFeatures; without it the answer is False
 //   FeatureBase        lower bound of the two arrays that IServer_GetFeatures leaves; 0 without it
 //   FeatureCaptions    how many captions to leave, when that isn't the number of features
 //   FeatureStyle       "redim": the caller's arrays are redimensioned and filled; else new ones take their
-//   place RecordLookups      any: look-ups of names are recorded too EventSource        what
-//   IServer_EventHandler hands out, decided at its first read: "other" has its events on an
-//                      interface of its own with type information, "untyped" the same without type
+//                      place
+//   RecordLookups      any: look-ups of names are recorded too
+//   EventSource        what IServer_EventHandler hands out, decided at its first read: "other" has its events
+//                      on an interface of its own with type information, "untyped" the same without type
 //                      information, "none" has no events at all; else a source as the contract wants it
 //   EventStyle         how events pass their arguments: "byref" all by reference, "variant" all wrapped in a
-//   VARIANT;
-//                      else as the contract says
+//                      VARIANT; else as the contract says
 //   KeepSinks          any: the source goes on raising events to a sink that has unadvised
 //   Raise_<member>     events to raise from inside the member's call: texts as below with ";" between them
 //   RaiseCount         how often each event is raised; 1 without it
 //   LogFile            the record's file when the environment names none
+//
+// Result_, Fail_, Break_, Slow_ and Loop_ with "_PUT" behind the member hold for writes of a property only,
+// and go before those without.
 //
 // Record: the file that the environment variable HARBOURLINE_RECORDING names; one line a call, written at
 // once:
