@@ -9,7 +9,7 @@ namespace {
 
 constexpr char kExecutable[] = "Harbourline.exe";
 constexpr ULONGLONG kAtRest = 200;
-constexpr ULONGLONG kPatience = 2'000;
+constexpr ULONGLONG kPatience = 6'000;
 constexpr int kAttempts = 4;
 constexpr UINT kAnswerTime = 8'000;
 
