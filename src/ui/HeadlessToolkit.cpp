@@ -4,6 +4,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "ui/Form.h"
+
 namespace ui {
 
 class HeadlessTimerPeer;
@@ -119,9 +121,10 @@ MessageResult HeadlessToolkit::ShowMessage(const Message& message) {
   return message.buttons == MessageButtons::kYesNo ? MessageResult::kNo : MessageResult::kOk;
 }
 
-Menu* HeadlessToolkit::ShowPopupMenu(Menu& menu, Control&) {
+Menu* HeadlessToolkit::ShowPopupMenu(Menu& menu, Control& owner) {
+  const Form* const form = owner.ParentForm();
   const auto choose = choosePopup;
-  return choose ? choose(menu) : nullptr;
+  return choose && form && form->IsLoaded() ? choose(menu) : nullptr;
 }
 
 bool HeadlessToolkit::ShowFileDialog(FileDialog& dialog) {

@@ -336,6 +336,38 @@ TEST_F(CRegistryTest, AnAnnouncedPlugInIsForgottenWhenTheLoadIsThrough) {
   EXPECT_TRUE(state.RouterValid());
 }
 
+/// Programs that start at logon, on a machine that refuses any change of them.
+class RefusingSystemHelper : public platform::SystemHelper {
+ public:
+  void SetAutoStart(bool, std::string_view, std::string_view) override {
+    throw base::Error(5, "No room for the logon entry");
+  }
+};
+
+TEST_F(CRegistryTest, ALogonEntryThatCanNotBeWrittenIsToldAndEverythingElseIsSaved) {
+  const auto script = world.objects.AddPlugIn("A.Router", "A");
+  CRegistry& state = Load({});
+  state.AddRouter("A.Router");
+  state.RouterTitle("A");
+  state.AddMapProfile(MakeProfile("Game"), nullptr);
+  state.FilterOutProfiles = true;
+  state.Save();
+  const auto whole = world.settings.Values();
+  world.settings.Values().clear();
+  script->calls.clear();
+  RefusingSystemHelper refusing;
+  platform::TheMachine().systemHelper = &refusing;
+  try {
+    state.Save();
+    ADD_FAILURE() << "the failure isn't told";
+  } catch (const base::Error& error) {
+    EXPECT_EQ(error.Text(), "No room for the logon entry");
+  }
+  EXPECT_EQ(world.settings.Values(), whole);
+  EXPECT_THAT(script->calls, testing::Contains("call IServer_SaveSettings()"));
+  platform::TheMachine().systemHelper = &world.systemHelper;
+}
+
 TEST_F(CRegistryTest, AStateThatFailedToLoadIsNeverSaved) {
   const std::map<std::string, std::string> before = {
       {"TrayLights", "x"}, {"MapProfileCount", "1"}, {"MP_1_Name", "Game"}};

@@ -8,7 +8,9 @@
 #include "base/Conversions.h"
 #include "base/Error.h"
 #include "settings/CRegistry.h"
+#include "support/BrokenReads.h"
 #include "support/FullDisk.h"
+#include "support/RecordingToolkit.h"
 #include "support/WithoutRights.h"
 #include "support/World.h"
 
@@ -367,6 +369,25 @@ TEST_F(ExchangeTest, AFileThatMayNotBeReadIsTold) {
   registry.Import(sPath);
   EXPECT_EQ(TakeMessage(ui::MessageIcon::kWarning), "Unable to open file " + sPath);
   EXPECT_THAT(Names(), IsEmpty());
+}
+
+TEST_F(ExchangeTest, AnErrorInTheMiddleOfAFileIsAFailureAndLeavesNoPartOfAProfile) {
+  std::string bytes;
+  constexpr int kProfiles = 500;
+  for (int i = 0; i < kProfiles; ++i) bytes += kWholeFile;
+  world.folder.Write("in.prf", bytes);
+  const int outcome = support::WithBrokenReads(64 * 1024, [&] {
+    const std::string failure = support::ErrorTextOf([&] { registry.Import(world.folder.PathOf("in.prf")); });
+    if (failure != "Unable to read file " + world.folder.PathOf("in.prf")) return 1;
+    if (!world.toolkit.messages.empty()) return 2;
+    const std::size_t count = registry.ccMapProfiles().Count();
+    if (count == 0 || count >= kProfiles) return 3;
+    for (const auto& profile : registry.ccMapProfiles()) {
+      if (profile->ccMappings().Count() != 2) return 4;
+    }
+    return 0;
+  });
+  EXPECT_EQ(outcome, 0);
 }
 
 TEST_F(ExchangeTest, AFileThatCanBeOpenedButNotReadIsTold) {

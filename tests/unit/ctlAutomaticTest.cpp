@@ -130,6 +130,24 @@ TEST_F(ctlAutomaticTest, AFailedActivationShowsTheErrorUntilALaterChangeSucceeds
   EXPECT_EQ(Error(), "");
 }
 
+TEST_F(ctlAutomaticTest, TheEventComesAfterTheActivationAndItsErrorAndBeforeThePageIsFilled) {
+  StartWithPrograms();
+  router->Answer("IServer_SetPortForwarding", true);
+  std::vector<std::string> seen;
+  auto& page = dynamic_cast<ctlAutomatic&>(Get<ui::Control>("ctlAutomatic"));
+  page.Activated.Connect([&] {
+    seen = Texts();
+    seen.push_back(Error());
+    seen.push_back(std::to_string(Calls("SetPortForwarding").size()));
+  });
+  world.toolkit.Advance(2000);
+  EXPECT_THAT(seen, IsEmpty()) << "a tick without a change raises none";
+  Run("ChessWindow", "");
+  world.toolkit.Advance(2000);
+  EXPECT_THAT(seen, ElementsAre("Chess", "Game", "Too many mappings/Network error/Router busy", "1"));
+  EXPECT_THAT(Texts(), ElementsAre("Chess (Active)", "Game"));
+}
+
 TEST_F(ctlAutomaticTest, WhileItIsOffAProgramsStartChangesNothing) {
   StartWithPrograms("False");
   Run("ChessWindow", "");

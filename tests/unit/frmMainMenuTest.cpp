@@ -65,6 +65,20 @@ TEST_F(frmMainMenuTest, WithARouterAndProfilesItShowsTheAddressAndTheProfilesInT
   EXPECT_THAT(See("mnuPortForwarding"), ElementsAre("Clear All", "-", "+Game", "Voice", "chess"));
 }
 
+TEST_F(frmMainMenuTest, AProfileThatWasAddedOnItsPageStandsInTheMenuInTheOrderOfNames) {
+  ThreeProfiles();
+  support::FindControl<ui::TreeView>(*main, "tvCategories").UserSelect("PortForwardingProfiles");
+  auto& page = support::FindControl<ui::Control>(*main, "ctlMapProfile");
+  for (const char* name : {"Quake", "alpha"}) {
+    support::FindControl<ui::ToolBar>(page, "tbProfiles").UserClick("Add");
+    auto& editor = support::FindControl<ui::Control>(page, "ctlProfile");
+    support::FindControl<ui::TextBox>(editor, "txtName").UserText(name);
+    support::FindControl<ui::Button>(editor, "cmdAccept").UserClick();
+  }
+  EXPECT_THAT(See("mnuPortForwarding"), ElementsAre("Clear All", "-", "+Game", testing::HasSubstr("Quake"),
+                                                    "Voice", testing::HasSubstr("alpha"), "chess"));
+}
+
 TEST_F(frmMainMenuTest, TwoOpeningsGiveTheSameEntries) {
   ThreeProfiles();
   const auto first = See("mnuPortForwarding");

@@ -157,13 +157,16 @@ TEST_F(frmSysTrayTest, TheControlPassesEverythingOnAndEndsTheWindow) {
     control.ToolTip("tip");
     EXPECT_EQ(control.ToolTip(), "tip");
     EXPECT_EQ(control.Icon(), nullptr);
-    control.LeftButtonDoubleClick.Connect([&] { heard.push_back("left double"); });
+    control.LeftButtonClick.Connect([&] { heard.push_back("left"); });
     control.RightButtonClick.Connect([&] { heard.push_back("right"); });
+    control.LeftButtonDoubleClick.Connect([&] { heard.push_back("left double"); });
+    control.RightButtonDoubleClick.Connect([&] { heard.push_back("right double"); });
     ui::Form* window = ui::Form::LoadedForms().back();
-    window->UserMouseMove(515 * world.toolkit.twipsPerPixel, 0);
-    window->UserMouseMove(517 * world.toolkit.twipsPerPixel, 0);
+    for (int message = 512; message <= 518; ++message) {
+      window->UserMouseMove(static_cast<float>(message) * world.toolkit.twipsPerPixel, 0);
+    }
   }
-  EXPECT_THAT(heard, ElementsAre("left double", "right"));
+  EXPECT_THAT(heard, ElementsAre("left", "left double", "right", "right double"));
   EXPECT_EQ(Messages().back(), NotifyIconMessage::kDelete);
 }
 

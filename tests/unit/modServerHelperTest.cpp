@@ -193,13 +193,26 @@ TEST_F(modServerHelperTest, ReadsErasedFeatureArraysAsEmpty) {
 }
 
 TEST_F(modServerHelperTest, APlugInThatChangesTheLocalAddressChangesNothingThatTheCallerSees) {
-  script->Do("IServer_SetLogging", [](std::span<platform::Argument> arguments) -> base::Variant {
-    arguments[0].value = "changed";
-    return false;
-  });
-  const std::string sLocalIP = "192.168.1.7";
+  int changed = 0;
+  for (const char* member : {"IServer_CheckForWarning", "IServer_SetLogging", "IServer_ActivateFeaure"}) {
+    script->Do(member, [&](std::span<platform::Argument> arguments) -> base::Variant {
+      EXPECT_TRUE(arguments[0].byReference);
+      arguments[0].value = "changed";
+      ++changed;
+      return false;
+    });
+  }
+  std::string sLocalIP = "192.168.1.7";
+  modServerHelper::CheckForWarning(router, sLocalIP);
   modServerHelper::SetLogging(router, sLocalIP);
+  modServerHelper::ActivateFeaure(router, sLocalIP, 1);
+  EXPECT_EQ(changed, 3);
   EXPECT_EQ(sLocalIP, "192.168.1.7");
+  sLocalIP = "10.0.0.8";
+  calls.clear();
+  modServerHelper::SetLogging(router, sLocalIP);
+  EXPECT_THAT(calls, ElementsAre("call IServer_SetLogging(&\"10.0.0.8\")"))
+      << "an address that has changed meanwhile is told as it is now";
 }
 
 TEST_F(modServerHelperTest, APlugInThatReplacesTheMappingsOrTheOctetChangesNothingThatTheCallerSees) {

@@ -65,6 +65,30 @@ TEST_F(modWhatsRunningTest, TheListHasHiddenAndEqualWindowsAndLeavesOutThoseWith
   EXPECT_EQ(list.List(1), "One::A");
 }
 
+/// Windows that close as soon as somebody has asked for the length of their title.
+class ClosingWindowList : public support::FakeWindowList {
+ public:
+  std::int32_t GetWindowTextLength(platform::WindowHandle window) override {
+    const std::int32_t length = FakeWindowList::GetWindowTextLength(window);
+    for (Window& open : windows) {
+      if (open.handle == window) open.title.clear();
+    }
+    return length;
+  }
+};
+
+TEST_F(modWhatsRunningTest, AWindowThatVanishesBeforeItsTitleIsReadHasAnEmptyTitleInItsEntry) {
+  ClosingWindowList windows;
+  windows.windows = {{1, "Game", "One"}, {2, "Write", "Two"}};
+  platform::TheMachine().windows = &windows;
+  ui::Form host("frmHost", "", {}, 1000, 1000);
+  ui::ListBox list(&host, "list");
+  modWhatsRunning::EnumAvailableWindows(list);
+  ASSERT_EQ(list.ListCount(), 2);
+  EXPECT_EQ(list.List(0), "::Game");
+  EXPECT_EQ(list.List(1), "::Write");
+}
+
 TEST_F(modWhatsRunningTest, AClassNameIsCutAt254Characters) {
   world.windows.windows = {{1, std::string(400, 'c'), "t"}};
   EXPECT_EQ(modWhatsRunning::GetWindowClassName(1), std::string(254, 'c'));

@@ -11,6 +11,7 @@
 
 #include "ui/FileDialog.h"
 #include "ui/Form.h"
+#include "ui/Menu.h"
 
 namespace {
 
@@ -132,6 +133,29 @@ TEST(UiHeadlessToolkit, AFileDialogIsCancelledUnlessItIsAnswered) {
   };
   EXPECT_TRUE(ui::TheInterface().dialogs->ShowFileDialog(dialog));
   EXPECT_EQ(dialog.fileName, "chosen.prf");
+}
+
+TEST(UiHeadlessToolkit, AWindowThatIsNotLoadedShowsNoPopUpMenu) {
+  ui::HeadlessToolkit toolkit;
+  ui::Form window("frmTest", "Test", {}, 100, 100);
+  ui::Menu menu(&window, "mnuTest", "Test");
+  ui::Menu entry(&menu, "mnuEntry", "Entry");
+  int shown = 0;
+  int clicks = 0;
+  entry.Click.Connect([&] { ++clicks; });
+  toolkit.choosePopup = [&](ui::Menu&) {
+    ++shown;
+    return &entry;
+  };
+  menu.ShowAsPopup();
+  EXPECT_EQ(shown, 0);
+  window.Load();
+  menu.ShowAsPopup();
+  EXPECT_EQ(shown, 1);
+  window.Unload();
+  menu.ShowAsPopup();
+  EXPECT_EQ(shown, 1);
+  EXPECT_EQ(clicks, 1);
 }
 
 TEST(UiHeadlessToolkit, HasAClipboard) {

@@ -57,6 +57,25 @@ TEST_F(UiFileDialogTest, AddsTheDefaultExtensionToAFileToSave) {
   EXPECT_EQ(dialog.fileName, folder_.Path() + "\\new.prf");
 }
 
+TEST_F(UiFileDialogTest, TheReadOnlyBoxShowsUnlessItIsHidden) {
+  constexpr int kReadOnlyBox = 0x410;
+  for (const bool hidden : {false, true}) {
+    ui::FileDialog dialog = Profile(false);
+    dialog.flags = OFN_FILEMUSTEXIST | OFN_NOREADONLYRETURN | (hidden ? OFN_HIDEREADONLY : 0);
+    bool shown = false;
+    const support::Bystander user([&] {
+      const HWND box = support::WaitFor([&] {
+        const HWND found = support::FindOwnWindow("#32770", dialog.title.c_str());
+        return IsWindowVisible(found) && IsWindowVisible(GetDlgItem(found, IDCANCEL)) ? found : nullptr;
+      });
+      shown = IsWindowVisible(GetDlgItem(box, kReadOnlyBox)) != FALSE;
+      PostMessageA(box, WM_COMMAND, IDCANCEL, reinterpret_cast<LPARAM>(GetDlgItem(box, IDCANCEL)));
+    });
+    EXPECT_FALSE(ui::TheInterface().dialogs->ShowFileDialog(dialog));
+    EXPECT_EQ(shown, !hidden);
+  }
+}
+
 TEST_F(UiFileDialogTest, CancellingChangesNothing) {
   ui::FileDialog dialog = Profile(true);
   dialog.fileName = "earlier.prf";

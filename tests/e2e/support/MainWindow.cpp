@@ -95,9 +95,18 @@ bool MainWindow::Type(const std::string& keys) const {
 
 bool MainWindow::Fill(const std::string& path, const std::string& text) const {
   const HWND box = Control(path);
-  const auto holds = [&] { return TextOf(path) == text; };
-  return Click(path) && SendMessageTimeoutA(box, EM_SETSEL, 0, -1, SMTO_NORMAL, kAnswerTime, nullptr) &&
-         Type(text) && Soon(holds);
+  const auto hasFocus = [=] {
+    GUITHREADINFO state{};
+    state.cbSize = sizeof state;
+    return GetGUIThreadInfo(GetWindowThreadProcessId(box, nullptr), &state) && state.hwndFocus == box;
+  };
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    // A selection that came before the click would be gone with it.
+    if (!Click(path) || !Soon(hasFocus)) continue;
+    SendMessageTimeoutA(box, EM_SETSEL, 0, -1, SMTO_NORMAL, kAnswerTime, nullptr);
+    if (Type(text) && Soon([&] { return TextOf(path) == text; })) return true;
+  }
+  return false;
 }
 
 bool MainWindow::IsChecked(const std::string& path) {
