@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "shell/frmMain.h"
+#include "support/FindControl.h"
 #include "support/Shell.h"
 
 namespace {
