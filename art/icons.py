@@ -80,6 +80,14 @@ def encode_png(width, height, rgba):
     )
 
 
+def without_alpha(rgba, hole):
+    """The pixels, all of them painted; one that is less than half there gets the colour `hole`."""
+    pixels = bytearray()
+    for at in range(0, len(rgba), 4):
+        pixels += (rgba[at : at + 3] if rgba[at + 3] >= 128 else bytes(hole)) + b"\xff"
+    return bytes(pixels)
+
+
 def encode_bmp(width, height, rgba, hole):
     """A BMP file of 24 bits a pixel; a pixel that is less than half there gets the colour `hole`."""
     rows = bytearray()
@@ -93,11 +101,11 @@ def encode_bmp(width, height, rgba, hole):
 
 
 def encode_ico(pngs):
-    """An ICO file with these PNG files as its forms: 256 pixels stay PNG, smaller ones become 32-bit bitmaps."""
+    """An ICO file with these PNG files as its forms, each packed anew or as a 32-bit bitmap, whichever is smaller."""
     forms = []
     for png in pngs:
         size, pixels = decode_png(png)
-        forms.append((size, png if size == 256 else _bitmap(size, pixels)))
+        forms.append((size, min(encode_png(size, size, pixels), _bitmap(size, pixels), key=len)))
     directory = struct.pack("<HHH", 0, 1, len(forms))
     at = len(directory) + 16 * len(forms)
     for size, body in forms:
