@@ -67,6 +67,9 @@ TEST_F(EditingTest, AProfileIsAddedAndItsEditorLeftByCancelKeepsItEmpty) {
   EXPECT_EQ(MainWindow::TextOf("ctlProfile.txtName"), "New Profile");
   EXPECT_FALSE(MainWindow::IsEnabled("ctlProfile.cmdAccept"));
   ASSERT_TRUE(window.Click("ctlProfile.cmdCancel"));
+  ExpectList({"Game", "Voice", "New Profile"});
+  ASSERT_TRUE(window.OpenPage("About", "ctlAbout.rtInfo"));
+  ASSERT_TRUE(window.OpenPage("Profiles", kList));
   ExpectList({"Game", "New Profile", "Voice"});
   ASSERT_TRUE(program.Exit());
   EXPECT_EQ(settings::Read("MapProfileCount"), "3");

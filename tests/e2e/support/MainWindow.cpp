@@ -101,8 +101,8 @@ bool MainWindow::Fill(const std::string& path, const std::string& text) const {
     return GetGUIThreadInfo(GetWindowThreadProcessId(box, nullptr), &state) && state.hwndFocus == box;
   };
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
-    // A selection that came before the click would be gone with it.
-    if (!Click(path) || !Soon(hasFocus)) continue;
+    // A click that is handled after the selection would undo it, so a box that has the focus gets none.
+    if (!hasFocus() && (!Click(path) || !Soon(hasFocus))) continue;
     SendMessageTimeoutA(box, EM_SETSEL, 0, -1, SMTO_NORMAL, kAnswerTime, nullptr);
     if (Type(text) && Soon([&] { return TextOf(path) == text; })) return true;
   }
