@@ -67,6 +67,8 @@ void ctlExport::TransferType(std::int32_t lType) {
     }
   } else if (lType == kImport) {
     lblTitle.Caption("Import Profile Data");
+    // The ready-made profiles lie beside the program.
+    cmdExecute.InitialFolder(modCommon::MakeFullPath(g_Registry->InstallPath(), "Profiles"));
     SetButton(ctlFileBrowseButton::kOpen, "&Import...", "Select Import Source File");
     lblHelp.Caption("To begin the import select 'Import'.");
   }

@@ -9,6 +9,8 @@ namespace ui {
 struct FileDialog {
   bool save = false;
   std::string fileName;
+  /// Where the dialog begins, in place of the folder of `fileName`; empty for that one.
+  std::string folder;
   std::string title;
   /// Pairs of a text and a pattern, all separated by "|".
   std::string filter;

@@ -133,8 +133,11 @@ bool ctlFileBrowseButton::ShowDialog() {
   ctlComDiag.flags = ctlComDiag.save
                          ? kSaveFlags
                          : kFileMustExist | kNoReadOnlyReturn | (m_bHideReadOnly ? 0 : kNoReadOnlyBox);
+  ctlComDiag.folder = ctlComDiag.save || hasChosen_ ? std::string() : initialFolder_;
   try {
-    return ui::TheInterface().dialogs->ShowFileDialog(ctlComDiag) || !m_bCancelError;
+    const bool chosen = ui::TheInterface().dialogs->ShowFileDialog(ctlComDiag);
+    hasChosen_ = hasChosen_ || chosen;
+    return chosen || !m_bCancelError;
   } catch (const base::Error&) {
     return false;
   }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include "ui/Button.h"
 #include "ui/FileDialog.h"
@@ -51,6 +52,10 @@ class ctlFileBrowseButton : public ui::UserControl {
   void FilterIndex(std::int16_t iIndex) { ctlComDiag.filterIndex = iIndex; }
   const std::string& FullPathName() const { return ctlComDiag.fileName; }
   void FullPathName(std::string sFullPathName);
+  /// Where the dialog that opens a file begins until the user has chosen one; empty for the folder of
+  /// FullPathName.
+  const std::string& InitialFolder() const { return initialFolder_; }
+  void InitialFolder(std::string folder) { initialFolder_ = std::move(folder); }
   bool Enabled() const { return cmdBrowse.Enabled(); }
   void Enabled(bool bEnabled);
 
@@ -77,4 +82,6 @@ class ctlFileBrowseButton : public ui::UserControl {
   bool m_bHideReadOnly = false;
   bool m_bCancelError = true;
   std::string m_sAccessKeys;
+  std::string initialFolder_;
+  bool hasChosen_ = false;
 };

@@ -263,6 +263,24 @@ TEST_F(ctlExportTest, AnImportAddsTheProfilesOfTheFileAndTellsTheHost) {
   EXPECT_EQ(Rows().Text(1), "Game(1)");
 }
 
+TEST_F(ctlExportTest, TheImportBeginsAmongTheReadyMadeProfilesBesideTheProgram) {
+  OpenImport();
+  world.folder.Write("out.prf", "");
+  Press();
+  EXPECT_EQ(asked.folder, world.folder.PathOf("Profiles"));
+  Press();
+  EXPECT_EQ(asked.folder, "") << "a file was chosen before";
+  EXPECT_EQ(asked.fileName, chosen);
+}
+
+TEST_F(ctlExportTest, TheExportBeginsInTheCurrentFolder) {
+  OpenImport();
+  Select("PortForwardingExport");
+  Rows().UserCheck(0, true);
+  Press();
+  EXPECT_EQ(asked.folder, "");
+}
+
 TEST_F(ctlExportTest, AFileThatIsDeletedBeforeItIsReadIsToldAndNoProfileComesIn) {
   OpenImport();
   world.folder.Write("out.prf", "x");

@@ -143,6 +143,30 @@ TEST_F(ctlFileBrowseButtonTest, TheNextDialogStartsFromTheLastChoice) {
   EXPECT_EQ(asked->fileName, "C:\\chosen.prf");
 }
 
+TEST_F(ctlFileBrowseButtonTest, AFileToOpenIsLookedForInTheInitialFolderUntilOneWasChosen) {
+  button.InitialFolder("C:\\Ready");
+  answer.clear();
+  Press();
+  EXPECT_EQ(asked->folder, "C:\\Ready");
+  EXPECT_EQ(asked->fileName, "C:\\Users\\Somebody\\File.txt");
+  answer = "C:\\chosen.prf";
+  Press();
+  EXPECT_EQ(asked->folder, "C:\\Ready") << "a cancelled dialog is no choice";
+  Press();
+  EXPECT_EQ(asked->folder, "");
+  EXPECT_EQ(asked->fileName, "C:\\chosen.prf");
+}
+
+TEST_F(ctlFileBrowseButtonTest, AFileToSaveIsNeverPutIntoTheInitialFolder) {
+  button.InitialFolder("C:\\Ready");
+  button.BrowseType(ctlFileBrowseButton::kSave);
+  Press();
+  EXPECT_EQ(asked->folder, "");
+  button.BrowseType(ctlFileBrowseButton::kOpen);
+  Press();
+  EXPECT_EQ(asked->folder, "") << "a file was chosen before";
+}
+
 TEST_F(ctlFileBrowseButtonTest, TheAccessKeyIsTheMarkItself) {
   EXPECT_EQ(button.AccessKeys(), "");
   button.Caption("&Export...");

@@ -32,6 +32,7 @@ class UiFileDialogTest : public support::UiTest {
   static ui::FileDialog Profile(bool save) {
     return {.save = save,
             .fileName = {},
+            .folder = {},
             .title = "Choose a profile file",
             .filter = "All Files (*.*)|*.*|Profile (*.prf)|*.prf",
             .filterIndex = 2,
@@ -49,6 +50,19 @@ TEST_F(UiFileDialogTest, GivesThePathOfAFileToOpen) {
   ASSERT_TRUE(Run(dialog, path, IDOK));
   EXPECT_EQ(dialog.fileName, path);
   EXPECT_EQ(dialog.filterIndex, 2);
+}
+
+TEST_F(UiFileDialogTest, BeginsInTheFolderThatItIsGivenWhateverTheFolderOfTheName) {
+  const std::string beside = folder_.Path() + "\\Profiles";
+  ASSERT_TRUE(CreateDirectoryA(beside.c_str(), nullptr));
+  std::ofstream(beside + "\\here.prf") << "x";
+  ui::FileDialog dialog = Profile(false);
+  dialog.fileName = folder_.Path() + "\\File.txt";
+  dialog.folder = beside;
+  // A file that isn't there is an answer as well, so that a dialog elsewhere doesn't stay.
+  dialog.flags = OFN_HIDEREADONLY;
+  ASSERT_TRUE(Run(dialog, "here.prf", IDOK));
+  EXPECT_EQ(dialog.fileName, beside + "\\here.prf");
 }
 
 TEST_F(UiFileDialogTest, AddsTheDefaultExtensionToAFileToSave) {

@@ -99,8 +99,12 @@ bool Win32Dialogs::ShowFileDialog(FileDialog& dialog) {
   std::replace(filter.begin(), filter.end(), '|', '\0');
   // The list of filters ends by an empty text.
   filter.append(2, '\0');
+  // A name with a folder would take the dialog there.
+  const std::size_t folderEnd =
+      dialog.folder.empty() ? dialog.fileName.npos : dialog.fileName.find_last_of("\\/");
+  const std::string name = dialog.fileName.substr(folderEnd == dialog.fileName.npos ? 0 : folderEnd + 1);
   std::vector<char> path(32768);
-  dialog.fileName.copy(path.data(), path.size() - 1);
+  name.copy(path.data(), path.size() - 1);
   OPENFILENAMEA request{};
   request.lStructSize = sizeof request;
   request.hwndOwner = BoxOwner();
@@ -108,6 +112,7 @@ bool Win32Dialogs::ShowFileDialog(FileDialog& dialog) {
   request.nFilterIndex = static_cast<DWORD>(std::max<int>(dialog.filterIndex, 0));
   request.lpstrFile = path.data();
   request.nMaxFile = static_cast<DWORD>(path.size());
+  request.lpstrInitialDir = dialog.folder.empty() ? nullptr : dialog.folder.c_str();
   request.lpstrTitle = dialog.title.c_str();
   request.lpstrDefExt = dialog.defaultExtension.empty() ? nullptr : dialog.defaultExtension.c_str();
   // The current folder is the program's own affair.
