@@ -3,7 +3,7 @@
 
 source_files() {
   local folder
-  for folder in src plug-ins tests bench; do
+  for folder in src plug-ins tests bench profiles; do
     if [ -d "$folder" ]; then find "$folder" \( -name '*.h' -o -name '*.cpp' \) -type f; fi
   done | LC_ALL=C sort
 }

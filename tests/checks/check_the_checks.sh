@@ -4,6 +4,7 @@
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 scripts=$here/../../scripts
+source "$here/profiles.sh"
 place=$(mktemp -d)
 trap 'rm -rf "$place"' EXIT
 wrong=0
@@ -64,6 +65,19 @@ expect_help() {
   help_page 1000 '<a rel="prev" href="index.html">Contents</a> <img src="dot.svg" alt="A dot">'
   sed -i "$change" "$place/tree/$file"
   judge "$result" check-help "$file: ${change:-as it should be}"
+}
+
+# expect_profiles RESULT FILE CHANGE: two profiles with their sources and their help, in which sed makes a CHANGE of FILE. An
+# empty CHANGE of a FILE that isn't there makes it as a copy of the first profile.
+expect_profiles() {
+  local result=$1 file=$2 change=$3
+  lay_out_profiles "$place/tree"
+  if [ -f "$place/tree/$file" ]; then
+    sed -i "$change" "$place/tree/$file"
+  else
+    cp "$place/tree/profiles/Chess.prf" "$place/tree/$file"
+  fi
+  judge "$result" check-profiles "$file: ${change:-as it should be}"
 }
 
 # expect_fault FAULT SOURCE OPTION...: what check-binaries says first of a program that is made of a C++ source with these options
@@ -147,6 +161,41 @@ expect_help fails help/1000.html 's,<h1\(.*\)h1>,<p\1p>,'
 expect_help fails help/help.css 's/dot.svg/dash.svg/'
 expect_help fails src/Page.cpp 's/1000/1010/'
 expect_help fails src/Page.cpp 's/HelpContextID/Topic/'
+
+expect_profiles passes profiles/sources.csv ''
+expect_profiles fails profiles/sources.csv 's/,the manual,/,/'
+expect_profiles fails profiles/sources.csv 's,https://chess.example/ports,,'
+expect_profiles fails profiles/sources.csv 's,https://chess.example/ports,the manual,'
+expect_profiles fails profiles/sources.csv 's/2026-11-21,the manual/yesterday,the manual/'
+expect_profiles fails profiles/sources.csv 's/the manual//'
+expect_profiles fails profiles/sources.csv 's/^Chess,games/Chess,parlour games/'
+expect_profiles fails profiles/sources.csv 's/^Chess,/Chess?,/'
+expect_profiles fails profiles/sources.csv '/^Chess/{p;s/^Chess/chess/}'
+expect_profiles fails profiles/sources.csv '/^Chess/d'
+expect_profiles fails profiles/sources.csv 's/,5432,/,0,/'
+expect_profiles fails profiles/sources.csv 's/,5432,/,65536,/'
+expect_profiles fails profiles/sources.csv 's/,5432,/,5432-5431,/'
+expect_profiles fails profiles/sources.csv 's/,5432,/,5432; 5433,/'
+expect_profiles fails profiles/sources.csv 's/,5432,/,5433,/'
+expect_profiles fails profiles/sources.csv 's/5432,TCP,/5432,,/'
+expect_profiles fails profiles/sources.csv 's/5432,TCP,/5432,SCTP,/'
+expect_profiles fails profiles/sources.csv 's/,database,/,,/'
+expect_profiles fails profiles/sources.csv 's/,database,/,fire,/'
+expect_profiles fails profiles/warnings.csv 's/Think/Do think/'
+expect_profiles fails profiles/Chess.prf 's/Name="Chess"/Name="Checkers"/'
+expect_profiles fails profiles/Chess.prf 's/BeginPort=4000/BeginPort=4001/'
+expect_profiles fails profiles/Chess.prf 's/Protocal=1/Protocal=3/'
+expect_profiles fails profiles/Chess.prf 's/ForwardIPAddress=-1/ForwardIPAddress=12/'
+expect_profiles fails profiles/Chess.prf 's/Enabled=False/Enabled=True/'
+expect_profiles fails profiles/Chess.prf 's/AutoActivate=False/AutoActivate=True/'
+expect_profiles fails profiles/Chess.prf 's/WindowClass=""/WindowClass="Chess"/'
+expect_profiles fails profiles/Chess.prf '/^<.Mapping>/d'
+expect_profiles fails profiles/Chess.prf '/^<.MapProfile>/d'
+expect_profiles fails profiles/Chess.prf 's/\r$//'
+expect_profiles fails 'profiles/All games.prf' '1,6d'
+expect_profiles fails profiles/Checkers.prf ''
+expect_profiles fails help/ready-made.html 's/4000/4001/'
+expect_profiles fails help/ready-made.html '/So far/d'
 
 main='extern "C" int WinMain() { return 0; }'
 resources

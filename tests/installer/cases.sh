@@ -3,11 +3,13 @@
 
 case_first_installation() {
   so 'the installer installs and says nothing' install_ends 0
-  so 'it writes the program, the plug-ins, the help, the licence and the ports, and nothing else' lies_as_expected "$installed"
+  so 'it writes the program, the plug-ins, the help, the profiles, the licence and the ports, and nothing else' \
+    lies_as_expected "$installed"
   so 'the program is the built one' is_the_built_one "$installed/Harbourline.exe"
   so 'the practice router is the built one' is_the_built_one "$installed/PracticeRouter.dll"
   so 'the plug-in for UPnP is the built one' is_the_built_one "$installed/UpnpRouter.dll"
   so 'the help pages are ours' diff -r help "$installed/Help"
+  so 'the ready-made profiles are ours' has_the_profiles "$installed"
   so 'the ports are ours' cmp dist/Ports.dat "$installed/Ports.dat"
   so 'Windows knows how to remove it' diff - <(entry_of_windows) < <(key "$uninstall_key" | sed '/PortsTime/d; /EstimatedSize/d')
   so 'its size is told in kilobytes' near $((16#$(value "$uninstall_key" EstimatedSize | sed 's/0x//'))) "$(du -sk --apparent-size "$installed" | cut -f 1)"
@@ -246,6 +248,7 @@ case_portable() {
   unzip -q "$archive" -d "$place/portable"
   so 'the archive holds the files of the installer and its own two' diff <(files_in "$folder") <(
     (expected_files && printf '%s\n' Plug-ins.cmd 'Read me.txt') | grep -vx 'Files.lst\|Uninstall.exe' | LC_ALL=C sort)
+  so 'its ready-made profiles are ours' has_the_profiles "$folder"
   so 'Plug-ins.cmd works' ends 0 wine cmd /c "$(windows_path "$folder/Plug-ins.cmd")"
   so 'it announces each plug-in' same "$(announced)" "$(expected_announcements)"
   so 'it registers the practice router' is_there 'HKCR\Harbourline.PracticeRouter\CLSID'

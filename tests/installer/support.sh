@@ -57,9 +57,12 @@ expected_files() {
   printf '%s\n' Files.lst Harbourline.exe License.rtf OtherLicences.txt Ports.dat PracticeRouter.dll Uninstall.exe \
     UpnpRouter.dll
   (cd help && find . -type f -printf 'Help/%P\n')
+  find profiles -maxdepth 1 -name '*.prf' -printf 'Profiles/%P\n'
 }
 
 lies_as_expected() { diff <(expected_files | LC_ALL=C sort) <(files_in "$1"); }
+# The ready-made profiles in FOLDER are those of the tree.
+has_the_profiles() { diff --brief --recursive "$1/Profiles" profiles --exclude='*.csv' --exclude='*.md' --exclude=maker; }
 is_the_built_one() { cmp "$(find "$built/src" "$built/plug-ins" -name "$(basename "$1")" -type f)" "$1"; }
 holds_only() { [ "$(files_in "$1")" = "$(printf '%s\n' "${@:2}" | LC_ALL=C sort)" ] || { files_in "$1"; return 1; }; }
 
