@@ -109,8 +109,8 @@ void ChoicePeer::OnDropDown(WORD code) {
       reported_ = false;
       break;
     case CBN_SELENDOK:
-      // Choosing the row that is chosen already changes no selection. Whether this choice does, the native box
-      // reports after this.
+      // Choosing the row that is chosen already changes no selection. Whether this choice does, the native
+      // box reports after this.
       if (open_) PostMessageA(Window(), kChosen, 0, 0);
       break;
     case CBN_CLOSEUP:

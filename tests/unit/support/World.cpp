@@ -34,9 +34,9 @@ std::string FakeCodePage::FromUtf16(std::u16string_view text) {
 }
 
 World::World() : before_(platform::TheMachine()) {
-  platform::TheMachine() = {&settings,         &registry, &objects, &systemHelper, &process,  &network,
-                            &notificationArea, &windows,  &shell,   &clock,        &codePage, &debug,
-                            &files};
+  platform::TheMachine() = {
+      &settings, &registry, &objects, &systemHelper, &process, &network, &notificationArea,
+      &windows,  &shell,    &clock,   &codePage,     &debug,   &files};
 }
 
 World::~World() {
