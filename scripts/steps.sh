@@ -52,7 +52,7 @@ tests() {
   where=$PWD/$report
   [ "$runner" != wine ] || where=$(wine_path "$where")
   rm -f "$report"
-  run_logged "$key" ${around:+"$around"} env -C "$(dirname "$program")" timeout --kill-after=10 600 ${runner:+"$runner"} \
+  run_logged "$key" ${around:+"$around"} env -C "$(dirname "$program")" timeout --kill-after=10 1200 ${runner:+"$runner"} \
     "./$(basename "$program")" "--gtest_output=xml:$where" "--gtest_filter=${filter:-*}"
   local remark
   if [ -s "$report" ]; then
