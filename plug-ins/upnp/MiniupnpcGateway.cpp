@@ -2,23 +2,16 @@
 
 #include <upnpcommands.h>
 
-#include <algorithm>
 #include <array>
 #include <charconv>
-#include <exception>
 #include <string_view>
-#include <thread>
 #include <utility>
-#include <vector>
 
 #include "CallBounds.h"
 
 namespace upnp {
 
 namespace {
-
-/// Small routers serve few connections at once.
-constexpr std::size_t kLanes = 3;
 
 const char* NameOf(Protocol protocol) {
   return protocol == Protocol::kTcp ? "TCP" : "UDP";
@@ -36,24 +29,6 @@ bool IsOn(const std::array<char, N>& text) {
   const std::string_view view(text.data());
   // A router that leaves it out means an entry like any other.
   return view.empty() || view == "1" || view == "yes" || view == "Yes" || view == "tru" || view == "Tru";
-}
-
-/// Runs `work` for each number below `count`, on several threads, until one answers false or fails.
-void InLanes(std::size_t count, const std::function<bool(std::size_t)>& work) {
-  std::atomic<std::size_t> next{0};
-  std::atomic<bool> stop{false};
-  const auto lane = [&] {
-    try {
-      for (std::size_t i = next++; i < count && !stop; i = next++) {
-        if (!work(i)) stop = true;
-      }
-    } catch (const std::exception&) {
-      stop = true;
-    }
-  };
-  std::vector<std::jthread> threads;
-  for (std::size_t i = 1; i < std::min(kLanes, count); ++i) threads.emplace_back(lane);
-  lane();
 }
 
 }  // namespace
@@ -74,15 +49,23 @@ Answer MiniupnpcGateway::Call(const std::function<int()>& call) const {
   return Answer::Refused(code > 0 ? code : error::kActionFailed);
 }
 
-Answer MiniupnpcGateway::Add(const PortMapping& mapping) {
+Traits MiniupnpcGateway::Abilities() const {
+  Traits traits;
+  // Small routers serve few connections at once.
+  traits.lanes = 3;
+  return traits;
+}
+
+Granted MiniupnpcGateway::Add(const PortMapping& mapping) {
   const std::string external = std::to_string(mapping.externalPort);
   const std::string internal = std::to_string(mapping.internalPort);
   const std::string lease = std::to_string(mapping.lease);
-  return Call([&] {
+  const Answer answer = Call([&] {
     return UPNP_AddPortMapping(controlUrl_.c_str(), serviceType_.c_str(), external.c_str(), internal.c_str(),
                                mapping.client.c_str(), mapping.description.c_str(), NameOf(mapping.protocol),
                                nullptr, lease.c_str());
   });
+  return {answer, mapping.lease, mapping.externalPort};
 }
 
 Answer MiniupnpcGateway::Delete(const PortKey& key) {
@@ -165,24 +148,6 @@ Answer MiniupnpcGateway::Status(ConnectionStatus& status) {
   status.connected = status.text == "Connected" || status.text == "Up";
   status.upTime = upTime;
   return answer;
-}
-
-std::vector<Added> MiniupnpcGateway::AddAll(std::span<const PortMapping> mappings, bool readBack) {
-  std::vector<Added> additions(mappings.size());
-  InLanes(mappings.size(), [&](std::size_t i) {
-    additions[i] = AddOne(mappings[i], readBack);
-    return additions[i].answer.IsDone();
-  });
-  return additions;
-}
-
-std::vector<Lookup> MiniupnpcGateway::Entries(std::span<const PortKey> keys) {
-  std::vector<Lookup> lookups(keys.size());
-  InLanes(keys.size(), [&](std::size_t i) {
-    lookups[i].answer = Entry(keys[i], lookups[i].mapping);
-    return lookups[i].answer.IsDone() || IsMissing(lookups[i].answer);
-  });
-  return lookups;
 }
 
 }  // namespace upnp

@@ -107,7 +107,7 @@ bool Worker::GoOn(std::size_t done, std::size_t total) {
     known_.done = done;
     known_.total = total;
   }
-  return !stop_ && newerWishes_ == 0;
+  return IsWanted();
 }
 
 void Worker::Publish(const Engine& engine) {

@@ -63,6 +63,7 @@ class Worker final : private Progress {
 
  private:
   bool GoOn(std::size_t done, std::size_t total) override;
+  bool IsWanted() const override { return !stop_ && newerWishes_ == 0; }
   void Run();
   void RunTasks(Engine& engine);
   void LookAfterTheRouter(Engine& engine, const std::vector<SsdpMessage>& announcements, bool checkIsDue);

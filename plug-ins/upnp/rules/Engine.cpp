@@ -113,7 +113,8 @@ void Engine::Leave() {
 
 TableReading Engine::ReadWholeTable() {
   if (!gateway_) return {};
-  return ReadTable(*gateway_, clock_, clock_.Now() + kTableTime, [this] { return progress_.GoOn(0, 0); });
+  GatewaySession session(*gateway_);
+  return ReadTable(session, clock_, clock_.Now() + kTableTime, [this] { return progress_.GoOn(0, 0); });
 }
 
 /// Without a choice of the user's the router in use stays in use while it is there.

@@ -11,17 +11,17 @@ bool IsSameEntry(const PortMapping& a, const PortMapping& b) {
 
 }  // namespace
 
-TableReading ReadTable(Gateway& gateway, const Clock& clock, Moment deadline,
+TableReading ReadTable(GatewaySession& session, const Clock& clock, Moment deadline,
                        const std::function<bool()>& goOn) {
   TableReading reading;
   while (reading.entries.size() < kMostTableEntries && clock.Now() < deadline && goOn()) {
     PortMapping mapping;
-    const Answer answer = gateway.EntryAt(static_cast<std::uint32_t>(reading.entries.size()), mapping);
+    const Answer answer = session.EntryAt(static_cast<std::uint32_t>(reading.entries.size()), mapping);
     if (!answer.IsDone()) {
       reading.noAnswer = answer.IsNoAnswer();
       // Routers end their table by 713, by 714, or by "invalid arguments".
-      reading.complete = answer.Code() == error::kEndOfTable || answer.Code() == error::kNoSuchEntry ||
-                         (answer.Code() == error::kInvalidArguments && !reading.entries.empty());
+      reading.complete =
+          IsMissing(answer) || (answer.IsRefused(error::kInvalidArguments) && !reading.entries.empty());
       break;
     }
     // A router that overlooks the position answers with one entry for ever.
@@ -29,6 +29,13 @@ TableReading ReadTable(Gateway& gateway, const Clock& clock, Moment deadline,
     reading.entries.push_back(mapping);
   }
   return reading;
+}
+
+void KnownPorts::Learn(const TableReading& reading) {
+  for (const PortMapping& entry : reading.entries) {
+    if (entry.remoteHost.empty()) Learn(entry);
+  }
+  complete_ = complete_ || reading.complete;
 }
 
 void KnownPorts::LearnFree(const PortKey& key) {

@@ -9,6 +9,7 @@
 
 #include "rules/Clock.h"
 #include "rules/Gateway.h"
+#include "rules/GatewaySession.h"
 
 namespace upnp {
 
@@ -24,7 +25,7 @@ struct TableReading {
 
 /// Reads the table entry by entry, to its end, to kMostTableEntries, to `deadline`, until the router says the
 /// same entry again and again, or until `goOn` answers false.
-TableReading ReadTable(Gateway& gateway, const Clock& clock, Moment deadline,
+TableReading ReadTable(GatewaySession& session, const Clock& clock, Moment deadline,
                        const std::function<bool()>& goOn);
 
 /// What we know about the ports of a router. A port that was asked for and isn't there is known to be free.
@@ -33,9 +34,9 @@ class KnownPorts {
   enum class State { kUnknown, kFree, kTaken };
 
   void Learn(const PortMapping& mapping) { ports_[mapping.Key()] = mapping; }
+  /// Entries for one caller from the Internet leave their port free for everybody else.
+  void Learn(const TableReading& reading);
   void LearnFree(const PortKey& key);
-  /// Every port that wasn't learned is free.
-  void LearnAll() { complete_ = true; }
 
   State StateOf(const PortKey& key) const;
   /// The mapping of a port that is taken, else null.
@@ -45,7 +46,7 @@ class KnownPorts {
  private:
   std::map<PortKey, PortMapping> ports_;
   std::set<PortKey> free_;
-  bool complete_ = false;
+  bool complete_ = false;  ///< every port that wasn't learned is free
 };
 
 }  // namespace upnp

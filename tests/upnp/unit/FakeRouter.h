@@ -24,7 +24,11 @@ class FakeRouter : public Gateway {
  public:
   explicit FakeRouter(HandClock& theClock) : clock(theClock) {}
 
-  Answer Add(const PortMapping& mapping) override {
+  Granted Add(const PortMapping& mapping) override {
+    return {Take(mapping), mapping.lease, mapping.externalPort};
+  }
+
+  Answer Take(const PortMapping& mapping) {
     ++adds;
     if (silent || (silentAfterAdds >= 0 && adds > silentAfterAdds)) return Answer::NoAnswer();
     if (refuseAdd) {
@@ -144,8 +148,9 @@ class CountingProgress : public Progress {
  public:
   bool GoOn(std::size_t done, std::size_t total) override {
     steps.emplace_back(done, total);
-    return steps.size() <= patience;
+    return IsWanted();
   }
+  bool IsWanted() const override { return steps.size() <= patience; }
   std::vector<std::pair<std::size_t, std::size_t>> steps;
   std::size_t patience = static_cast<std::size_t>(-1);
 };
@@ -154,7 +159,8 @@ class CountingProgress : public Progress {
 class BorrowedRouter : public Gateway {
  public:
   explicit BorrowedRouter(FakeRouter& router) : router_(router) {}
-  Answer Add(const PortMapping& mapping) override { return router_.Add(mapping); }
+  Traits Abilities() const override { return router_.Abilities(); }
+  Granted Add(const PortMapping& mapping) override { return router_.Add(mapping); }
   Answer Delete(const PortKey& key) override { return router_.Delete(key); }
   Answer EntryAt(std::uint32_t index, PortMapping& mapping) override {
     return router_.EntryAt(index, mapping);
