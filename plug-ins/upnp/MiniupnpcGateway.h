@@ -4,8 +4,12 @@
 #include <chrono>
 #include <functional>
 #include <string>
+#include <vector>
 
+#include "rules/EntryText.h"
 #include "rules/Gateway.h"
+
+struct UPNParg;
 
 namespace upnp {
 
@@ -27,6 +31,7 @@ class MiniupnpcGateway final : public Gateway {
   Answer Status(ConnectionStatus& status) override;
 
  private:
+  Answer ReadOne(const char* action, std::vector<UPNParg> arguments, EntryText text, PortMapping& mapping);
   Answer Call(const std::function<int()>& call) const;
 
   std::string controlUrl_;

@@ -14,6 +14,7 @@ using PortKey = std::pair<std::uint16_t, Protocol>;
 /// One entry of a router's table.
 struct PortMapping {
   std::uint16_t externalPort = 0;
+  std::uint16_t lastExternalPort = 0;  ///< of a range that a router has as one entry, else 0
   Protocol protocol = Protocol::kTcp;
   std::string client;  ///< dotted address of the computer that receives
   std::uint16_t internalPort = 0;
@@ -52,6 +53,8 @@ class Answer {
 
 /// The UPnP error codes that mean something to the rules.
 namespace error {
+inline constexpr int kConnectionCut =
+    0;  ///< no code of the standard's: no answer from a router that is there
 inline constexpr int kInvalidAction = 401;
 inline constexpr int kInvalidArguments = 402;
 inline constexpr int kActionFailed = 501;

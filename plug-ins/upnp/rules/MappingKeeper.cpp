@@ -1,71 +1,121 @@
 #include "rules/MappingKeeper.h"
 
 #include <algorithm>
+#include <numeric>
 #include <set>
 #include <utility>
 
 namespace upnp {
 
 MappingKeeper::MappingKeeper(Gateway& gateway, std::string router, std::string localAddress, OwnMappings& own,
-                             const Clock& clock, Progress& progress)
+                             const Clock& clock, Progress& progress, std::uint32_t lease)
     : session_(gateway),
       router_(std::move(router)),
       localAddress_(std::move(localAddress)),
       own_(own),
+      clock_(clock),
       progress_(progress),
       reader_(session_, clock, progress),
-      leases_(clock, kLease),
+      leases_(clock, lease),
       refusals_(clock) {}
 
-void MappingKeeper::Apply(WantedState wanted) {
+void MappingKeeper::Apply(WantedState wanted, Manner manner) {
   Begin();
   wanted_ = std::move(wanted);
   refusals_.Clear();
   leftovers_.clear();
+  if (manner == Manner::kAnew) {
+    leases_.Clear();
+    reader_.Reset();
+  }
   reader_.StartAnew();
   KnownPorts known;
   if (Continue(reader_.ReadAll(KeysThatMatter(), known, wanted_.ports.size()))) {
+    compared_ = true;
     ForgetWhatIsGone(known);
     RemoveUnwanted(known);
-    if (finished_) AddMissing(known);
+    std::vector<std::size_t> all(wanted_.ports.size());
+    std::iota(all.begin(), all.end(), 0);
+    if (finished_) AddMissing(all, known, manner);
   }
   End();
 }
 
 void MappingKeeper::Check() {
   Begin();
-  std::vector<PortKey> keys;
-  keys.reserve(wanted_.ports.size());
-  for (const WantedPort& port : wanted_.ports) keys.push_back(port.mapping.Key());
+  std::vector<std::size_t> ports = NextSample();
   KnownPorts known;
-  if (Continue(reader_.Look(keys, known, keys.size()))) {
-    std::vector<std::size_t> due;
-    for (std::size_t i = 0; i < wanted_.ports.size(); ++i) {
-      const PortMapping* found = known.Find(keys[i]);
-      if (!found || !IsRight(*found, wanted_.ports[i].mapping) || !IsOurs(*found)) continue;
-      if (!leases_.Holds(keys[i])) {
-        leases_.Hold(keys[i], found->lease, kLease);
-      } else if (leases_.IsDue(keys[i])) {
-        due.push_back(i);
-      }
+  if (LookAt(ports, known)) {
+    const bool gone = std::any_of(ports.begin(), ports.end(), [&](std::size_t i) {
+      const WantedPort& port = wanted_.ports[i];
+      return known.StateOf(port.mapping.Key()) == KnownPorts::State::kFree && !refusals_.Has(port.range);
+    });
+    const bool again = refusals_.ForgetDue();
+    if ((gone || again) && ports.size() < wanted_.ports.size()) {
+      ports.resize(wanted_.ports.size());
+      std::iota(ports.begin(), ports.end(), 0);
+      LookAt(ports, known);
     }
-    Renew(due);
-    if (finished_) AddMissing(known);
+    if (finished_) RenewDue(known);
+    if (finished_) AddMissing(ports, known, Manner::kCompare);
   }
   End();
 }
 
-void MappingKeeper::RemoveAll() {
+void MappingKeeper::Renew() {
+  Begin();
+  RenewDue({});
+  End();
+}
+
+void MappingKeeper::RemoveAll(Moment deadline) {
   Begin();
   wanted_ = {};
   refusals_.Clear();
   leftovers_.clear();
-  const std::vector<PortKey> keys = KeysThatMatter();
-  KnownPorts known;
-  if (Continue(reader_.Look(keys, known, keys.size()))) {
-    ForgetWhatIsGone(known);
-    RemoveUnwanted(known);
+  own_.OweAll(router_);
+  own_.Save();
+  if (!compared_) {
+    // The list is of an earlier run, and some of it may belong to others by now.
+    KnownPorts known;
+    if (Continue(reader_.Look(KeysThatMatter(), known, 0))) ForgetWhatIsGone(known);
   }
+  std::vector<PortMapping> ours = own_.On(router_);
+  std::stable_sort(ours.begin(), ours.end(), [this](const PortMapping& a, const PortMapping& b) {
+    return leases_.Outlasts(a.Key(), b.Key());
+  });
+  for (std::size_t begin = 0; begin < ours.size() && finished_; begin += kBatch) {
+    finished_ = progress_.GoOn(begin, ours.size()) && clock_.Now() < deadline;
+    if (!finished_) break;
+    const auto batch = std::span(ours).subspan(begin, std::min(kBatch, ours.size() - begin));
+    std::vector<PortKey> keys;
+    for (const PortMapping& mapping : batch) keys.push_back(mapping.Key());
+    const std::vector<Answer> answers =
+        session_.DeleteAll(keys, [&] { return progress_.IsWanted() && clock_.Now() < deadline; });
+    for (std::size_t i = 0; i < batch.size(); ++i) TakeDeletion(batch[i], answers[i]);
+  }
+  own_.OweAll(router_);
+  End();
+}
+
+void MappingKeeper::RemoveOwed() {
+  const std::vector<PortMapping> owed = own_.Owed(router_);
+  if (owed.empty()) return;
+  Begin();
+  std::vector<PortKey> keys;
+  for (const PortMapping& mapping : owed) keys.push_back(mapping.Key());
+  KnownPorts known;
+  if (Continue(reader_.Look(keys, known, 0))) {
+    for (const PortMapping& mapping : owed) {
+      const auto found = known.Find(mapping.Key());
+      if (known.StateOf(mapping.Key()) != KnownPorts::State::kUnknown && !(found && IsOurs(*found))) {
+        own_.Forget(router_, mapping.Key());
+      } else if (finished_ && progress_.IsWanted()) {
+        Remove(mapping);
+      }
+    }
+  }
+  own_.OweAll(router_);
   End();
 }
 
@@ -98,15 +148,22 @@ bool MappingKeeper::Continue(TableReader::End end) {
 }
 
 /// The bare list isn't enough: the port may belong to somebody else by now. Nor is the mark: another computer
-/// of this network may run the program, too. Some routers drop the description.
+/// of this network may run the program, too. Some routers drop the description, cut it, or have one of their
+/// own, which was read back behind the addition.
 bool MappingKeeper::IsOurs(const PortMapping& mapping) const {
+  if (mapping.lastExternalPort != 0) return false;
   const bool marked = BearsOurMark(mapping.description);
-  return own_.Has(router_, mapping) ? marked || mapping.description.empty()
-                                    : marked && mapping.client == localAddress_;
+  if (!own_.Has(router_, mapping)) return marked && mapping.client == localAddress_;
+  return marked || mapping.description.empty() || own_.IsShownAs(router_, mapping);
 }
 
 bool MappingKeeper::IsRight(const PortMapping& found, const PortMapping& wanted) const {
   return found.enabled && found.client == wanted.client && found.internalPort == wanted.internalPort;
+}
+
+/// Some kinds of gateways map ports to the computer that asks, and to no other.
+bool MappingKeeper::IsHopeless(const WantedPort& port) const {
+  return port.mapping.client != localAddress_ && !session_.Abilities().forOthers;
 }
 
 Problem MappingKeeper::ProblemOf(const WantedPort& port, Trouble trouble, const std::string& who,
@@ -146,10 +203,30 @@ std::vector<PortKey> MappingKeeper::KeysThatMatter() const {
   return {keys.begin(), keys.end()};
 }
 
+/// The next ports to look at, in turn.
+std::vector<std::size_t> MappingKeeper::NextSample() {
+  std::vector<std::size_t> ports;
+  const std::size_t count = wanted_.ports.size();
+  while (ports.size() < std::min(kSample, count)) {
+    nextToSee_ = nextToSee_ < count ? nextToSee_ : 0;
+    ports.push_back(nextToSee_++);
+  }
+  return ports;
+}
+
+bool MappingKeeper::LookAt(std::span<const std::size_t> ports, KnownPorts& known) {
+  std::vector<PortKey> keys;
+  for (const std::size_t port : ports) {
+    const PortKey key = wanted_.ports[port].mapping.Key();
+    if (known.StateOf(key) == KnownPorts::State::kUnknown) keys.push_back(key);
+  }
+  return Continue(reader_.LookInTurn(keys, known, kSample, kCheckInterval));
+}
+
 void MappingKeeper::ForgetWhatIsGone(const KnownPorts& known) {
   for (const PortMapping& mapping : own_.On(router_)) {
     const KnownPorts::State state = known.StateOf(mapping.Key());
-    const PortMapping* found = known.Find(mapping.Key());
+    const auto found = known.Find(mapping.Key());
     const bool another = found && found->client != mapping.client;
     if (state == KnownPorts::State::kFree || another) own_.Forget(router_, mapping.Key());
   }
@@ -165,7 +242,7 @@ void MappingKeeper::RemoveUnwanted(KnownPorts& known) {
     if (!right && IsOurs(mapping)) unwanted.push_back(mapping);
   }
   for (std::size_t i = 0; i < unwanted.size(); ++i) {
-    finished_ = finished_ && (i % kBatch != 0 || progress_.GoOn(i, unwanted.size()));
+    finished_ = finished_ && progress_.IsWanted() && (i % kBatch != 0 || progress_.GoOn(i, unwanted.size()));
     if (!finished_) return;
     if (Remove(unwanted[i])) known.LearnFree(unwanted[i].Key());
   }
@@ -180,12 +257,15 @@ void MappingKeeper::RemoveUnwanted(KnownPorts& known) {
 
 /// True when the port is free afterwards.
 bool MappingKeeper::Remove(const PortMapping& mapping) {
-  const Answer answer = session_.Delete(mapping.Key());
-  if (answer.IsNoAnswer()) {
-    FallSilent();
-    return false;
-  }
-  if (answer.IsDone() || answer.IsRefused(error::kNoSuchEntry)) {
+  return TakeDeletion(mapping, session_.Delete(mapping.Key()));
+}
+
+/// True when the port is free after that answer to its deletion.
+bool MappingKeeper::TakeDeletion(const PortMapping& mapping, const Answer& answer) {
+  if (answer.IsNoAnswer()) FallSilent();
+  if (answer.IsNotTried()) finished_ = false;
+  if (answer.IsNoAnswer() || answer.IsNotTried()) return false;
+  if (answer.IsDone() || reader_.IsMissing(answer)) {
     own_.Forget(router_, mapping.Key());
     leases_.Drop(mapping.Key());
     leftovers_.erase(mapping.Key());
@@ -197,74 +277,89 @@ bool MappingKeeper::Remove(const PortMapping& mapping) {
   return false;
 }
 
-void MappingKeeper::AddMissing(const KnownPorts& known) {
-  refusals_.ForgetDue();
+/// True when the mapping that was found is ours and as it is wanted.
+bool MappingKeeper::Confirm(const WantedPort& port, const PortMapping& found) {
+  if (!IsRight(found, port.mapping) || !IsOurs(found)) return false;
+  own_.Remember(router_, found);
+  if (!leases_.Holds(found.Key())) leases_.Hold(found.Key(), found.lease, leases_.LeaseToAsk());
+  return true;
+}
+
+void MappingKeeper::AddMissing(std::span<const std::size_t> ports, const KnownPorts& known, Manner manner) {
   std::vector<Addition> additions;
-  for (std::size_t i = 0; i < wanted_.ports.size(); ++i) {
+  const bool all = ports.size() == wanted_.ports.size();
+  for (const std::size_t i : ports) {
     const WantedPort& port = wanted_.ports[i];
-    const PortMapping* found = known.Find(port.mapping.Key());
-    if (found && IsRight(*found, port.mapping)) {
-      if (IsOurs(*found)) {
-        own_.Remember(router_, *found);
-        if (!leases_.Holds(found->Key())) leases_.Hold(found->Key(), found->lease, kLease);
+    const PortKey key = port.mapping.Key();
+    const auto found = known.Find(key);
+    Addition addition{i};
+    if (!found && known.StateOf(key) == KnownPorts::State::kUnknown) {
+      // What was added once is taken to be there until its time is over.
+      const bool mayBeMissing = leases_.Holds(key) ? leases_.IsOver(key) : all || reader_.IsUnreadable();
+      if (!mayBeMissing) continue;
+    } else if (found && IsRight(*found, port.mapping)) {
+      addition.renewal = Confirm(port, *found);
+      if (!addition.renewal) own_.Forget(router_, key);
+      if (!addition.renewal || manner == Manner::kCompare) continue;
+    } else if (found) {
+      const bool removed = IsOurs(*found) && Remove(*found);
+      if (silent_) return;
+      // A rule that is switched off forwards nothing: whether it may be replaced is the router's business.
+      if (!removed && found->enabled) {
+        refusals_.Add(port.range,
+                      ProblemOf(port, Trouble::kOwnedByAnother, found->client, error::kOwnedByAnother));
+        continue;
       }
-      continue;
     }
-    // A router without a readable table: what was added once is taken to be there.
-    if (reader_.IsUnreadable() && leases_.Holds(port.mapping.Key())) continue;
-    const bool inTheWay = found && !(IsOurs(*found) && Remove(*found));
-    if (silent_) return;
-    if (inTheWay) {
-      refusals_.Add(port.range,
-                    ProblemOf(port, Trouble::kOwnedByAnother, found->client, error::kOwnedByAnother));
+    if (IsHopeless(port)) {
+      refusals_.Add(port.range, RefusalOf(port, Answer::Refused(error::kNotAuthorized)));
     } else {
-      additions.push_back({i});
+      additions.push_back(addition);
     }
   }
   std::erase_if(additions,
                 [&](const Addition& addition) { return refusals_.Has(wanted_.ports[addition.port].range); });
   if (additions.empty()) return;
-  for (const Addition& addition : additions) own_.Remember(router_, wanted_.ports[addition.port].mapping);
+  for (const Addition& addition : additions) {
+    if (!addition.renewal) own_.Remember(router_, wanted_.ports[addition.port].mapping);
+  }
   own_.Save();
-  AddInBatches(additions);
+  AddInBatches(additions, additions.size());
   if (!silent_) ReadBack(additions);
   if (!silent_) SetBack(additions);
 }
 
-/// False when the run ended before all were tried.
-bool MappingKeeper::AddInBatches(std::span<Addition> additions) {
+/// `total` is told as the size of the work.
+void MappingKeeper::AddInBatches(std::span<Addition> additions, std::size_t total) {
   readBack_ = {};
-  for (std::size_t begin = 0; begin < additions.size() && !silent_; begin += kBatch) {
-    if (!progress_.GoOn(begin, additions.size())) {
-      finished_ = false;
-      return false;
-    }
-    AddBatch(additions.subspan(begin, std::min(kBatch, additions.size() - begin)));
+  for (std::size_t begin = 0; begin < additions.size() && finished_; begin += kBatch) {
+    finished_ = progress_.GoOn(begin, total);
+    if (finished_) AddBatch(additions.subspan(begin, std::min(kBatch, additions.size() - begin)));
   }
-  return true;
 }
 
 void MappingKeeper::AddBatch(std::span<Addition> batch) {
   std::vector<Addition*> open;
   for (Addition& addition : batch) open.push_back(&addition);
-  while (!silent_) {
-    std::erase_if(open, [&](const Addition* addition) {
-      return addition->made || refusals_.Has(wanted_.ports[addition->port].range);
-    });
-    if (open.empty()) return;
+  while (!open.empty() && finished_) {
     std::vector<PortMapping> mappings;
     for (const Addition* addition : open) mappings.push_back(Request(wanted_.ports[addition->port]));
     const std::vector<Added> added =
-        session_.AddAll(mappings, reader_.ReadsSingles(), [this] { return progress_.IsWanted(); });
+        session_.AddAll(mappings, reader_.MayReadSingles(), [this] { return progress_.IsWanted(); });
+    std::vector<Addition*> untried;
     for (std::size_t i = 0; i < open.size() && !silent_; ++i) {
-      if (added[i].granted.answer.IsNotTried()) continue;
-      if (!reader_.Take(added[i].readBack, readBack_)) FallSilent();
-      AddAgain(*open[i], added[i].granted);
+      if (added[i].granted.answer.IsNotTried()) {
+        untried.push_back(open[i]);
+      } else {
+        reader_.Take(added[i].readBack, readBack_);
+        AddAgain(*open[i], added[i].granted);
+      }
     }
-    if (!progress_.IsWanted()) {
-      finished_ = false;
-      return;
-    }
+    if (untried.size() == open.size() || !progress_.IsWanted()) finished_ = finished_ && untried.empty();
+    std::erase_if(untried, [&](const Addition* addition) {
+      return !addition->renewal && refusals_.Has(wanted_.ports[addition->port].range);
+    });
+    open = std::move(untried);
   }
 }
 
@@ -274,44 +369,139 @@ PortMapping MappingKeeper::Request(const WantedPort& port) const {
   return mapping;
 }
 
+Granted MappingKeeper::Ask(const WantedPort& port) {
+  return session_.Add(Request(port));
+}
+
+/// Some routers refuse leases that end by other codes than the one that is meant for it.
+Granted MappingKeeper::AskForPermanent(const WantedPort& port) {
+  leases_.AskForPermanent(true);
+  const Granted granted = Ask(port);
+  if (!granted.answer.IsDone()) leases_.AskForPermanent(false);
+  return granted;
+}
+
+namespace {
+
+bool IsFinal(const Answer& refusal) {
+  switch (refusal.Code()) {
+    case error::kNotAuthorized:
+    case error::kOwnedByAnother:
+    case error::kTableFull:
+    case error::kUsedByRouter:
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+/// Deletes a mapping of ours that is in the way of its own addition. True when that makes another try worth
+/// it.
+bool MappingKeeper::MakeRoom(const Addition& addition, const Answer& refusal) {
+  const bool mayBeOurs = refusal.IsRefused(error::kOwnedByAnother) ||
+                         (addition.renewal && (!IsFinal(refusal) || refusal.IsRefused(error::kTableFull)));
+  if (!mayBeOurs) return false;
+  const PortMapping& mapping = wanted_.ports[addition.port].mapping;
+  const Lookup owner = session_.Entry(mapping.Key());
+  if (owner.answer.IsNoAnswer()) FallSilent();
+  if (owner.answer.IsDone()) return IsOurs(owner.mapping) && Remove(owner.mapping);
+  return owner.answer.IsRefused() && addition.renewal && !reader_.IsMissing(owner.answer) && Remove(mapping);
+}
+
 /// Deals with the answer to an addition, and tries again what may go another way.
 void MappingKeeper::AddAgain(Addition& addition, Granted granted) {
   const WantedPort& port = wanted_.ports[addition.port];
-  if (granted.answer.IsRefused(error::kOnlyPermanentLeases)) {
-    leases_.AskForPermanent();
-    granted = session_.Add(Request(port));
-  }
-  if (granted.answer.IsRefused(error::kOwnedByAnother)) {
-    const Lookup owner = session_.Entry(port.mapping.Key());
-    if (owner.answer.IsDone() && IsOurs(owner.mapping) && Remove(owner.mapping)) {
-      own_.Remember(router_, port.mapping);
-      granted = session_.Add(Request(port));
+  const PortKey key = port.mapping.Key();
+  if (granted.answer.IsRefused(error::kConnectionCut)) {
+    // It may have been done all the same.
+    const Lookup lookup = session_.Entry(key);
+    if (lookup.answer.IsDone() && IsRight(lookup.mapping, port.mapping)) {
+      granted.answer = Answer::Done();
+      granted.lease = lookup.mapping.lease;
     }
   }
-  if (granted.answer.IsNoAnswer()) return FallSilent();
-  if (granted.answer.IsDone()) {
-    addition.made = true;
-    addition.lease = granted.lease;
-    return;
+  if (granted.answer.IsRefused() && MakeRoom(addition, granted.answer)) {
+    own_.Remember(router_, port.mapping);
+    granted = Ask(port);
   }
-  refusals_.Add(port.range, RefusalOf(port, granted.answer));
+  if (granted.answer.IsRefused() && !IsFinal(granted.answer) && leases_.LeaseToAsk() != 0 &&
+      session_.Abilities().permanent) {
+    const bool stillThere = addition.renewal && leases_.Holds(key) && !leases_.IsOver(key);
+    if (!stillThere) granted = AskForPermanent(port);
+  }
+  if (granted.answer.IsDone() && granted.externalPort != key.first) {
+    session_.Delete({granted.externalPort, key.second});
+    granted.answer = Answer::Refused(error::kOwnedByAnother);
+  }
+  if (granted.answer.IsNoAnswer()) return FallSilent();
+  if (!granted.answer.IsDone()) return GiveUp(addition, granted.answer);
+  addition.made = true;
+  addition.lease = granted.lease;
+  leftovers_.erase(key);
 }
 
-void MappingKeeper::ReadBack(std::span<Addition> additions) {
+void MappingKeeper::GiveUp(const Addition& addition, const Answer& refusal) {
+  const WantedPort& port = wanted_.ports[addition.port];
+  const PortKey key = port.mapping.Key();
+  if (addition.renewal && leases_.Holds(key) && !leases_.IsOver(key)) {
+    // It is still open, and is added anew when it is over.
+    leftovers_.erase(key);
+    return leases_.Postpone(key);
+  }
+  refusals_.Add(port.range, RefusalOf(port, refusal));
+}
+
+/// Learns what stands in the table of what was added.
+void MappingKeeper::LookBack(std::span<Addition> additions) {
   std::vector<PortKey> keys;
   for (const Addition& addition : additions) {
     const PortKey key = wanted_.ports[addition.port].mapping.Key();
     if (addition.made && !readBack_.Find(key)) keys.push_back(key);
   }
-  if (!Continue(reader_.Look(keys, readBack_, keys.size()))) return;
+  if (!keys.empty()) Continue(reader_.Look(keys, readBack_, 0));
+}
+
+/// Some routers say yes to a lease that ends, and keep only those without an end.
+void MappingKeeper::KeepWithoutEnd(std::span<Addition> additions) {
+  const auto isLost = [this](const Addition& addition) {
+    const PortKey key = wanted_.ports[addition.port].mapping.Key();
+    return addition.made && readBack_.StateOf(key) == KnownPorts::State::kFree;
+  };
+  if (leases_.LeaseToAsk() == 0 || !session_.Abilities().permanent) return;
+  bool first = true;
+  for (Addition& addition : additions) {
+    if (!isLost(addition) || !finished_ || !progress_.IsWanted()) continue;
+    const Granted granted =
+        first ? AskForPermanent(wanted_.ports[addition.port]) : Ask(wanted_.ports[addition.port]);
+    if (granted.answer.IsNoAnswer()) return FallSilent();
+    addition.lease = granted.lease;
+    if (!std::exchange(first, false)) continue;
+    LookBack(std::span(&addition, 1));
+    if (!isLost(addition)) continue;
+    leases_.AskForPermanent(false);
+    return;
+  }
+  LookBack(additions);
+}
+
+void MappingKeeper::ReadBack(std::span<Addition> additions) {
+  LookBack(additions);
+  if (finished_) KeepWithoutEnd(additions);
+  const bool any =
+      std::any_of(additions.begin(), additions.end(), [](const Addition& addition) { return addition.made; });
+  if (any && !silent_) Continue(reader_.LookAtFirstEntry());
+  if (silent_) return;
   for (const Addition& addition : additions) {
     if (!addition.made) continue;
     const WantedPort& port = wanted_.ports[addition.port];
     const PortKey key = port.mapping.Key();
-    const PortMapping* found = readBack_.Find(key);
+    const auto found = readBack_.Find(key);
     if (found && IsRight(*found, port.mapping)) {
+      own_.Remember(router_, *found);
       leases_.Hold(key, found->lease, addition.lease);
-    } else if (found) {
+    } else if (found && found->enabled) {
       refusals_.Add(port.range,
                     ProblemOf(port, Trouble::kOwnedByAnother, found->client, error::kOwnedByAnother));
     } else if (readBack_.StateOf(key) == KnownPorts::State::kUnknown) {
@@ -336,11 +526,17 @@ void MappingKeeper::SetBack(std::span<const Addition> additions) {
   }
 }
 
-void MappingKeeper::Renew(const std::vector<std::size_t>& due) {
+void MappingKeeper::RenewDue(const KnownPorts& known) {
   std::vector<Addition> additions;
-  additions.reserve(due.size());
-  for (const std::size_t port : due) additions.push_back({port});
-  if (AddInBatches(additions) && !silent_) ReadBack(additions);
+  for (std::size_t i = 0; i < wanted_.ports.size(); ++i) {
+    const WantedPort& port = wanted_.ports[i];
+    const PortKey key = port.mapping.Key();
+    if (!leases_.IsDue(key) || known.StateOf(key) == KnownPorts::State::kFree) continue;
+    const auto found = known.Find(key);
+    if (!found || Confirm(port, *found)) additions.push_back({i, true});
+  }
+  AddInBatches(additions, 0);
+  if (!silent_) ReadBack(additions);
 }
 
 }  // namespace upnp

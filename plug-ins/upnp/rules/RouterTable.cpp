@@ -17,6 +17,7 @@ TableReading ReadTable(GatewaySession& session, const Clock& clock, Moment deadl
   while (reading.entries.size() < kMostTableEntries && clock.Now() < deadline && goOn()) {
     PortMapping mapping;
     const Answer answer = session.EntryAt(static_cast<std::uint32_t>(reading.entries.size()), mapping);
+    if (reading.entries.empty()) reading.firstAnswer = answer;
     if (!answer.IsDone()) {
       reading.noAnswer = answer.IsNoAnswer();
       // Routers end their table by 713, by 714, or by "invalid arguments".
@@ -31,10 +32,18 @@ TableReading ReadTable(GatewaySession& session, const Clock& clock, Moment deadl
   return reading;
 }
 
-void KnownPorts::Learn(const TableReading& reading) {
-  for (const PortMapping& entry : reading.entries) {
-    if (entry.remoteHost.empty()) Learn(entry);
+void KnownPorts::Learn(const PortMapping& mapping) {
+  if (mapping.externalPort == 0 || !mapping.remoteHost.empty()) return;
+  if (mapping.client.empty()) return LearnFree(mapping.Key());
+  if (mapping.lastExternalPort > mapping.externalPort) {
+    ranges_.push_back(mapping);
+  } else {
+    ports_[mapping.Key()] = mapping;
   }
+}
+
+void KnownPorts::Learn(const TableReading& reading) {
+  for (const PortMapping& entry : reading.entries) Learn(entry);
   complete_ = complete_ || reading.complete;
 }
 
@@ -44,13 +53,21 @@ void KnownPorts::LearnFree(const PortKey& key) {
 }
 
 KnownPorts::State KnownPorts::StateOf(const PortKey& key) const {
-  if (ports_.contains(key)) return State::kTaken;
+  if (Find(key)) return State::kTaken;
   return complete_ || free_.contains(key) ? State::kFree : State::kUnknown;
 }
 
-const PortMapping* KnownPorts::Find(const PortKey& key) const {
+std::optional<PortMapping> KnownPorts::Find(const PortKey& key) const {
   const auto found = ports_.find(key);
-  return found == ports_.end() ? nullptr : &found->second;
+  if (found != ports_.end()) return found->second;
+  for (PortMapping range : ranges_) {
+    if (range.protocol != key.second || key.first < range.externalPort || key.first > range.lastExternalPort)
+      continue;
+    range.internalPort = static_cast<std::uint16_t>(range.internalPort + (key.first - range.externalPort));
+    range.externalPort = key.first;
+    return range;
+  }
+  return std::nullopt;
 }
 
 }  // namespace upnp
