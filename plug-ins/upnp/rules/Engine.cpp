@@ -99,9 +99,12 @@ Engine::News Engine::ReadNews(const SsdpMessage& message) {
   const bool known = std::any_of(found_.begin(), found_.end(), [&](const FoundGateway& gateway) {
     return gateway.announced == message.device && gateway.Address() == message.sender;
   });
+  // A router that restarted may have another identifier by now.
+  const bool sameHost = gateway_ && message.sender == current_.Address();
   const std::vector<std::string> routes = network_.DefaultGateways();
   const bool onRoute = std::find(routes.begin(), routes.end(), message.sender) != routes.end();
-  news.search = !gateway_ || silent_ || (!known && (IsSecondBest() || (onRoute && !current_.onDefaultRoute)));
+  const bool better = sameHost || IsSecondBest() || (onRoute && !current_.onDefaultRoute);
+  news.search = !gateway_ || silent_ || (!known && better);
   return news;
 }
 
