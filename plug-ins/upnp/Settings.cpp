@@ -11,6 +11,18 @@ namespace {
 
 constexpr wchar_t kPath[] = L"Software\\Harbourline UPnP Router";
 
+std::string LoadList(const wchar_t* name) {
+  return Utf8(SettingsKey(kPath, SettingsKey::Access::kRead).ReadText(name, {}));
+}
+
+void SaveList(const wchar_t* name, const std::string& text) {
+  try {
+    SettingsKey(kPath, SettingsKey::Access::kWrite).WriteText(name, Wide(text));
+  } catch (const harbourline::Failure&) {
+    return;
+  }
+}
+
 }  // namespace
 
 Settings Settings::Load() {
@@ -31,15 +43,19 @@ void Settings::Save() const {
 }
 
 std::string StoredMappings::LoadMappings() {
-  return Utf8(SettingsKey(kPath, SettingsKey::Access::kRead).ReadText(L"Mappings", {}));
+  return LoadList(L"Mappings");
 }
 
 void StoredMappings::SaveMappings(const std::string& text) {
-  try {
-    SettingsKey(kPath, SettingsKey::Access::kWrite).WriteText(L"Mappings", Wide(text));
-  } catch (const harbourline::Failure&) {
-    return;
-  }
+  SaveList(L"Mappings", text);
+}
+
+std::string StoredRouters::LoadRouters() {
+  return LoadList(L"KnownRouters");
+}
+
+void StoredRouters::SaveRouters(const std::string& text) {
+  SaveList(L"KnownRouters", text);
 }
 
 }  // namespace upnp

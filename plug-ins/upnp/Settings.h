@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 
+#include "rules/KnownRouters.h"
 #include "rules/OwnMappings.h"
 
 namespace upnp {
@@ -25,6 +26,14 @@ class StoredMappings final : public MappingStore {
   std::string LoadMappings() override;
   /// A registry that refuses isn't told: the leases end by themselves.
   void SaveMappings(const std::string& text) override;
+};
+
+/// The routers that the user said yes to, under the same key.
+class StoredRouters final : public RouterStore {
+ public:
+  std::string LoadRouters() override;
+  /// A registry that refuses isn't told: the user is asked again after the next start.
+  void SaveRouters(const std::string& text) override;
 };
 
 }  // namespace upnp

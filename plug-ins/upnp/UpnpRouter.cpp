@@ -4,6 +4,7 @@
 
 #include "ProgressWindow.h"
 #include "Text.h"
+#include "rules/WebAddress.h"
 
 namespace upnp {
 
@@ -18,6 +19,7 @@ constexpr wchar_t kTitle[] = L"UPnP Internet Gateway";
 constexpr short kProblemsFeature = 1;
 constexpr short kTableFeature = 2;
 constexpr short kPageFeature = 3;
+constexpr short kAcceptFeature = 4;
 
 /// The interface stands still meanwhile.
 constexpr DWORD kLongestWaitMilliseconds = 20000;
@@ -74,7 +76,11 @@ std::wstring UpnpRouter::Version() {
 
 /// The network isn't touched before somebody uses the router.
 Worker& UpnpRouter::InUse() {
-  if (!worker_) worker_ = std::make_unique<Worker>(stored_, settings_.chosenDevice);
+  if (!worker_) {
+    worker_ = std::make_unique<Worker>(stored_, routers_, settings_.chosenDevice);
+    power_ =
+        std::make_unique<PowerWatch>([this] { worker_->Do([](Engine& engine) { engine.LookAround(); }); });
+  }
   worker_->KeepAwake();
   return *worker_;
 }
@@ -171,13 +177,12 @@ Outcome UpnpRouter::Configure() {
   if (!accepted) return Outcome::kNotDone;
   const ConfigureDialog::Choice& choice = dialog.Result();
   settings_.syslogPort = choice.syslogPort;
-  if (settings_.chosenDevice != choice.device) {
-    settings_.chosenDevice = choice.device;
-    const auto task =
-        InUse().DoInstead([device = settings_.chosenDevice](Engine& engine) { engine.Choose(device); });
-    // What is asked next is about the router that was chosen.
-    Await(*task);
-  }
+  settings_.chosenDevice = choice.device;
+  // Even the choice that was made before: the OK is a yes to the router that is there now.
+  const auto task =
+      InUse().DoInstead([device = settings_.chosenDevice](Engine& engine) { engine.Choose(device); });
+  // What is asked next is about the router that was chosen.
+  Await(*task);
   settings_.Save();
   FollowLog();
   return Outcome::kDone;
@@ -185,6 +190,7 @@ Outcome UpnpRouter::Configure() {
 
 void UpnpRouter::ApplicationExiting(const std::wstring&) {
   table_.reset();
+  power_.reset();
   if (!worker_) return;
   log_.Follow(false, settings_.syslogPort, {});
   const auto task = worker_->DoInstead([](Engine& engine) { engine.Leave(); });
@@ -196,6 +202,7 @@ std::vector<harbourline::Feature> UpnpRouter::Features() {
   const bool well = known.looked && known.total == 0 && known.report.problems.empty();
   std::vector<harbourline::Feature> features = {{well ? L"All is well" : L"What is wrong?", kProblemsFeature},
                                                 {L"Show router's mappings", kTableFeature}};
+  if (known.report.foreign) features.push_back({L"Use this router", kAcceptFeature});
   if (!known.report.current.page.empty()) features.push_back({L"Open router's page", kPageFeature});
   return features;
 }
@@ -207,13 +214,15 @@ void UpnpRouter::ActivateFeature(const std::wstring&, short identifier) {
     if (!table_) table_ = std::make_unique<TableWindow>(worker);
     table_->BringToFront();
   }
-  if (identifier == kPageFeature) {
-    const std::wstring page = Wide(worker.Look().report.current.page);
-    // A page of the router's is a web page and nothing else that the shell could open.
-    if (page.rfind(L"http://", 0) == 0 || page.rfind(L"https://", 0) == 0) {
-      ShellExecuteW(nullptr, L"open", page.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
-    }
-  }
+  if (identifier == kAcceptFeature) worker.Do([](Engine& engine) { engine.AcceptRouter(); });
+  if (identifier == kPageFeature) OpenPage();
+}
+
+/// The shell gets a web page of the router's own and nothing else that it could open.
+void UpnpRouter::OpenPage() {
+  const FoundGateway router = InUse().Look().report.current;
+  const std::wstring page = Wide(RouterPage(router.page, router.Address()));
+  if (!page.empty()) ShellExecuteW(nullptr, L"open", page.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
 }
 
 void UpnpRouter::ShowProblems() {

@@ -7,6 +7,7 @@
 #include "ActivityLog.h"
 #include "ConfigureDialog.h"
 #include "HarbourlinePlugIn.h"
+#include "PowerWatch.h"
 #include "Settings.h"
 #include "TableWindow.h"
 #include "Worker.h"
@@ -46,12 +47,15 @@ class UpnpRouter final : public harbourline::RouterPlugIn {
   bool FollowLog();
   void ShowProblems();
   void TellAboutExposedHost();
+  void OpenPage();
 
   Settings settings_;
   StoredMappings stored_;
+  StoredRouters routers_;
   harbourline::Ref<harbourline::EventSource> events_;
   ActivityLog log_;
   std::unique_ptr<Worker> worker_;
+  std::unique_ptr<PowerWatch> power_;
   std::unique_ptr<TableWindow> table_;
   ConfigureDialog* dialog_ = nullptr;  ///< while it is on the screen
   std::vector<harbourline::Mapping> wished_;

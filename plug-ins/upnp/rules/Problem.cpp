@@ -104,6 +104,11 @@ std::string Explain(const Problem& problem) {
     case Trouble::kWanDown:
       return "The router isn't connected to the Internet at the moment. The mappings stand, and work when it "
              "is.";
+    case Trouble::kForeignRouter:
+      return "The router here, " + problem.who +
+             ", isn't one that you have used before, so nothing is opened on it. If it is yours, choose "
+             "\"Use "
+             "this router\" in the menu, or press OK in the Configure dialog.";
     case Trouble::kNoExposedHost:
       return "UPnP knows no DMZ host, so the router wasn't told about it. Set it on the router's page, or "
              "forward the ports that are needed.";

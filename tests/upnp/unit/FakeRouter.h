@@ -230,6 +230,13 @@ class MemoryStore : public MappingStore {
   std::function<void()> onSave;
 };
 
+class MemoryRouters : public RouterStore {
+ public:
+  std::string LoadRouters() override { return text; }
+  void SaveRouters(const std::string& saved) override { text = saved; }
+  std::string text;
+};
+
 class CountingProgress : public Progress {
  public:
   bool GoOn(std::size_t done, std::size_t total) override {
