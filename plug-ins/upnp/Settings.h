@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
 
 #include "rules/KnownRouters.h"
@@ -13,12 +14,16 @@ struct Settings {
   std::string chosenDevice;  ///< identifier of the router that the user chose; empty: the plug-in chooses
   bool enableLog = false;
   std::uint16_t syslogPort = 514;
+  bool trace = false;  ///< what the plug-in does is written to TracePath()
 
   /// A value that is missing or of another kind keeps its default.
   static Settings Load();
   /// Throws harbourline::Failure when the registry refuses.
   void Save() const;
 };
+
+/// UpnpRouter.log, in the user's own folder for data of programs: what is stored in the registry has no folder.
+std::filesystem::path TracePath();
 
 /// The list of our mappings, under the same key.
 class StoredMappings final : public MappingStore {

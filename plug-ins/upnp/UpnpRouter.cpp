@@ -60,8 +60,9 @@ std::wstring ProblemsText(const Known& known) {
 
 }  // namespace
 
-UpnpRouter::UpnpRouter()
-    : settings_(Settings::Load()), events_(new harbourline::EventSource), log_(events_) {}
+UpnpRouter::UpnpRouter() : settings_(Settings::Load()), events_(new harbourline::EventSource), log_(events_) {
+  trace_.SwitchOn(settings_.trace);
+}
 
 std::wstring UpnpRouter::ServerTitle() {
   return kTitle;
@@ -77,7 +78,7 @@ std::wstring UpnpRouter::Version() {
 /// The network isn't touched before somebody uses the router.
 Worker& UpnpRouter::InUse() {
   if (!worker_) {
-    worker_ = std::make_unique<Worker>(stored_, routers_, settings_.chosenDevice);
+    worker_ = std::make_unique<Worker>(stored_, routers_, trace_, settings_.chosenDevice);
     power_ =
         std::make_unique<PowerWatch>([this] { worker_->Do([](Engine& engine) { engine.LookAround(); }); });
   }
@@ -163,7 +164,7 @@ Outcome UpnpRouter::Configure() {
     SetForegroundWindow(dialog_->Handle());
     return Outcome::kNotDone;
   }
-  ConfigureDialog dialog(InUse(), {settings_.chosenDevice, settings_.syslogPort},
+  ConfigureDialog dialog(InUse(), {settings_.chosenDevice, settings_.syslogPort, settings_.trace},
                          [this] { return log_.ArrivalText(); });
   dialog_ = &dialog;
   bool accepted = false;
@@ -177,6 +178,8 @@ Outcome UpnpRouter::Configure() {
   if (!accepted) return Outcome::kNotDone;
   const ConfigureDialog::Choice& choice = dialog.Result();
   settings_.syslogPort = choice.syslogPort;
+  settings_.trace = choice.trace;
+  trace_.SwitchOn(settings_.trace);
   settings_.chosenDevice = choice.device;
   // Even the choice that was made before: the OK is a yes to the router that is there now.
   const auto task =
