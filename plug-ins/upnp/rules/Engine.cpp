@@ -203,23 +203,36 @@ bool Engine::Find(bool thorough) {
 /// The router to use among those that were found: the user's choice, or the one in use unless another one is
 /// clearly better. While that one is missing, nothing for some minutes, and then the best of the others.
 const FoundGateway* Engine::Pick() {
-  const std::string& wanted = !chosen_.empty() ? chosen_ : !missed_.empty() ? missed_ : current_.device;
+  const std::string wanted = !chosen_.empty() ? chosen_ : !missed_.empty() ? missed_ : current_.device;
   const auto at = wanted.empty() ? std::nullopt : ChooseGateway(found_, wanted);
   if (at) {
     missed_.clear();
     awaySince_.reset();
-    const bool free = chosen_.empty();
-    return free && IsWorthTheMove(found_.front(), found_[*at]) ? &found_.front() : &found_[*at];
+    const FoundGateway& found = found_[*at];
+    const FoundGateway& best = found_.front();
+    // No outage at home is a reason to leave it for somebody else's router.
+    const bool free = chosen_.empty() && (best.own || !found.own);
+    return free && IsWorthTheMove(best, found) ? &best : &found;
   }
-  if (wanted.empty()) return found_.empty() ? nullptr : &found_.front();
+  if (found_.empty()) {
+    if (!wanted.empty() && !awaySince_) awaySince_ = clock_.Now();
+    return nullptr;
+  }
+  if (wanted.empty() || !IsWorthTheWait()) return &found_.front();
   if (!awaySince_) awaySince_ = clock_.Now();
-  if (found_.empty() || clock_.Now() - *awaySince_ < kHoldOn) {
-    // A router that was taken in the place of the missing one goes on.
-    const auto current = missed_.empty() || !gateway_ ? std::nullopt : ChooseGateway(found_, current_.device);
-    return current ? &found_[*current] : nullptr;
+  if (clock_.Now() - *awaySince_ >= kHoldOn) {
+    missed_ = wanted;
+    return &found_.front();
   }
-  missed_ = std::string(wanted);
-  return &found_.front();
+  return nullptr;
+}
+
+/// A router that is missing is worth waiting for when it is the user's, unless this computer is in another
+/// network by now.
+bool Engine::IsWorthTheWait() const {
+  const bool moved = gateway_ && current_.onDefaultRoute &&
+                     std::find(routes_.begin(), routes_.end(), current_.Address()) == routes_.end();
+  return !chosen_.empty() || !missed_.empty() || (current_.own && !moved);
 }
 
 /// Another router than the one that is wanted is in use, or one without a connection.

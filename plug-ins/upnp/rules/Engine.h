@@ -109,6 +109,7 @@ class Engine {
   void LeaveCurrent();
   void LookAfter(const News& news);
   News ReadNews(const SsdpMessage& message);
+  bool IsWorthTheWait() const;
   bool IsSecondBest() const;
   bool IsForeign() const;
   void MakeKeeper();

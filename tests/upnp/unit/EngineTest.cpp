@@ -460,6 +460,49 @@ TEST_F(EngineTest, OnAnotherRouterNothingIsOpenedAndTheUserIsTold) {
                              HasSubstr("Configure")));
 }
 
+TEST_F(EngineTest, AnOutageAtHomeIsNoReasonToLeaveForAnotherRouter) {
+  WantPort80();
+  network.found = {Found("uuid:a"), Hotel()};
+  network.found[0].connected = router.connected = false;
+  clock.Turn(Engine::kBetterInterval);
+  engine.Check();
+  engine.SearchAgain();
+  EXPECT_EQ(engine.State().current.device, "uuid:a");
+  EXPECT_TRUE(router.Has(80));
+}
+
+TEST_F(EngineTest, AWanThatIsDownHasAnotherRouterOfTheUsersLookedFor) {
+  WantPort80();
+  known.Accept(Hotel());
+  network.found = {Found("uuid:a"), Hotel()};
+  network.found[0].connected = router.connected = false;
+  clock.Turn(Engine::kBetterInterval);
+  engine.Check();
+  EXPECT_EQ(engine.State().current.device, "uuid:b");
+  EXPECT_TRUE(second.Has(80));
+}
+
+TEST_F(EngineTest, BackHomeFromAnotherRouterTheOwnOneIsUsedAtOnce) {
+  known.Accept(Found("uuid:a"));
+  network.found = {Hotel()};
+  WantPort80();
+  second.silent = true;
+  network.found = {Found("uuid:a")};
+  engine.LookAround();
+  EXPECT_TRUE(router.Has(80));
+}
+
+TEST_F(EngineTest, InAnotherNetworkTheRouterThatWasLeftBehindIsNotWaitedFor) {
+  network.routes = {"192.168.1.1"};
+  WantPort80();
+  known.Accept(Hotel());
+  router.silent = true;
+  network.routes = {"10.0.0.1"};
+  network.found = {Hotel()};
+  engine.LookAround();
+  EXPECT_TRUE(second.Has(80));
+}
+
 TEST_F(EngineTest, AYesOpensThePortsOnAnotherRouterAndIsRemembered) {
   known.Accept(Found("uuid:a"));
   network.found = {Hotel()};
