@@ -19,6 +19,7 @@ namespace upnp {
 class UpnpRouter final : public harbourline::RouterPlugIn {
  public:
   UpnpRouter();
+  ~UpnpRouter() override;
 
  protected:
   std::wstring ServerTitle() override;
@@ -45,6 +46,7 @@ class UpnpRouter final : public harbourline::RouterPlugIn {
   Worker& InUse();
   bool Await(const Task& task);
   bool FollowLog();
+  void TakeLeave();
   void ShowProblems();
   void TellAboutExposedHost();
   void OpenPage();
@@ -60,6 +62,7 @@ class UpnpRouter final : public harbourline::RouterPlugIn {
   ConfigureDialog* dialog_ = nullptr;  ///< while it is on the screen
   std::vector<harbourline::Mapping> wished_;
   short localOctet_ = 0;
+  bool leftForGood_ = false;  ///< nothing of ours is to be on the router any more
   bool exposedHostToTell_ = false;
   bool exposedHostTold_ = false;
   bool showingProblems_ = false;

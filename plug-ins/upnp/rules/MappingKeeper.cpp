@@ -29,6 +29,9 @@ void MappingKeeper::Apply(WantedState wanted, Manner manner) {
     reader_.Reset();
   }
   reader_.StartAnew();
+  std::set<PortKey> keys;
+  for (const WantedPort& port : wanted_.ports) keys.insert(port.mapping.Key());
+  leases_.DropAllBut(keys);
   KnownPorts known;
   if (Continue(reader_.ReadAll(KeysThatMatter(), known, wanted_.ports.size()))) {
     compared_ = true;
@@ -95,6 +98,7 @@ void MappingKeeper::RemoveAll(Moment deadline) {
     for (std::size_t i = 0; i < batch.size(); ++i) TakeDeletion(batch[i], answers[i]);
   }
   own_.OweAll(router_);
+  leases_.DropAllBut({});
   End();
 }
 
@@ -340,7 +344,9 @@ void MappingKeeper::AddInBatches(std::span<Addition> additions, std::size_t tota
 
 void MappingKeeper::AddBatch(std::span<Addition> batch) {
   std::vector<Addition*> open;
-  for (Addition& addition : batch) open.push_back(&addition);
+  for (Addition& addition : batch) {
+    if (MayStillBeAdded(addition)) open.push_back(&addition);
+  }
   while (!open.empty() && finished_) {
     std::vector<PortMapping> mappings;
     for (const Addition* addition : open) mappings.push_back(Request(wanted_.ports[addition->port]));
@@ -356,11 +362,14 @@ void MappingKeeper::AddBatch(std::span<Addition> batch) {
       }
     }
     if (untried.size() == open.size() || !progress_.IsWanted()) finished_ = finished_ && untried.empty();
-    std::erase_if(untried, [&](const Addition* addition) {
-      return !addition->renewal && refusals_.Has(wanted_.ports[addition->port].range);
-    });
+    std::erase_if(untried, [&](const Addition* addition) { return !MayStillBeAdded(*addition); });
     open = std::move(untried);
   }
+}
+
+/// What is left of a range that was refused isn't tried.
+bool MappingKeeper::MayStillBeAdded(const Addition& addition) const {
+  return addition.renewal || !refusals_.Has(wanted_.ports[addition.port].range);
 }
 
 PortMapping MappingKeeper::Request(const WantedPort& port) const {
@@ -450,6 +459,7 @@ void MappingKeeper::GiveUp(const Addition& addition, const Answer& refusal) {
     leftovers_.erase(key);
     return leases_.Postpone(key);
   }
+  leases_.Drop(key);
   refusals_.Add(port.range, RefusalOf(port, refusal));
 }
 
@@ -531,9 +541,14 @@ void MappingKeeper::RenewDue(const KnownPorts& known) {
   for (std::size_t i = 0; i < wanted_.ports.size(); ++i) {
     const WantedPort& port = wanted_.ports[i];
     const PortKey key = port.mapping.Key();
-    if (!leases_.IsDue(key) || known.StateOf(key) == KnownPorts::State::kFree) continue;
+    if (!leases_.IsDue(key)) continue;
     const auto found = known.Find(key);
-    if (!found || Confirm(port, *found)) additions.push_back({i, true});
+    const bool isThere = found ? Confirm(port, *found) : known.StateOf(key) == KnownPorts::State::kUnknown;
+    if (isThere) {
+      additions.push_back({i, true});
+    } else {
+      leases_.Drop(key);
+    }
   }
   AddInBatches(additions, 0);
   if (!silent_) ReadBack(additions);

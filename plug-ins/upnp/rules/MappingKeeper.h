@@ -97,6 +97,7 @@ class MappingKeeper {
   void AddMissing(std::span<const std::size_t> ports, const KnownPorts& known, Manner manner);
   void AddInBatches(std::span<Addition> additions, std::size_t total);
   void AddBatch(std::span<Addition> batch);
+  bool MayStillBeAdded(const Addition& addition) const;
   PortMapping Request(const WantedPort& port) const;
   Granted Ask(const WantedPort& port);
   Granted AskForPermanent(const WantedPort& port);
