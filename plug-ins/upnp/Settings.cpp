@@ -1,5 +1,9 @@
 #include "Settings.h"
 
+#include <shlobj.h>
+
+#include <array>
+
 #include "HarbourlineSettings.h"
 #include "Text.h"
 
@@ -32,6 +36,7 @@ Settings Settings::Load() {
   settings.enableLog = key.ReadFlag(L"EnableLog", settings.enableLog);
   const DWORD lease = key.ReadNumber(L"Lease", settings.lease);
   if (lease >= 20 && lease <= 7 * 24 * 3600) settings.lease = lease;
+  settings.trace = key.ReadFlag(L"Trace", settings.trace);
   const DWORD port = key.ReadNumber(L"SyslogPort", settings.syslogPort);
   if (port >= 1 && port <= 65535) settings.syslogPort = static_cast<std::uint16_t>(port);
   return settings;
@@ -42,6 +47,13 @@ void Settings::Save() const {
   key.WriteText(L"ChosenRouter", Wide(chosenDevice));
   key.WriteNumber(L"EnableLog", enableLog);
   key.WriteNumber(L"SyslogPort", syslogPort);
+  key.WriteNumber(L"Trace", trace);
+}
+
+std::filesystem::path TracePath() {
+  std::array<wchar_t, MAX_PATH> folder{};
+  if (FAILED(SHGetFolderPathW(nullptr, CSIDL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, folder.data()))) return {};
+  return std::filesystem::path(folder.data()) / L"Harbourline" / L"UpnpRouter.log";
 }
 
 std::string StoredMappings::LoadMappings() {

@@ -75,8 +75,9 @@ std::wstring ProblemsText(const Known& known) {
 
 }  // namespace
 
-UpnpRouter::UpnpRouter()
-    : settings_(Settings::Load()), events_(new harbourline::EventSource), log_(events_) {}
+UpnpRouter::UpnpRouter() : settings_(Settings::Load()), events_(new harbourline::EventSource), log_(events_) {
+  trace_.SwitchOn(settings_.trace);
+}
 
 std::wstring UpnpRouter::ServerTitle() {
   return kTitle;
@@ -92,7 +93,7 @@ std::wstring UpnpRouter::Version() {
 /// The network isn't touched before somebody uses the router.
 Worker& UpnpRouter::InUse() {
   if (!worker_) {
-    worker_ = std::make_unique<Worker>(stored_, routers_, settings_.chosenDevice);
+    worker_ = std::make_unique<Worker>(stored_, routers_, trace_, settings_.chosenDevice);
     worker_->Do([lease = settings_.lease](Engine& engine) { engine.AskForLease(lease); });
     power_ =
         std::make_unique<PowerWatch>([this] { worker_->Do([](Engine& engine) { engine.LookAround(); }); });
@@ -180,7 +181,7 @@ Outcome UpnpRouter::Configure() {
     SetForegroundWindow(dialog_->Handle());
     return Outcome::kNotDone;
   }
-  ConfigureDialog dialog(InUse(), {settings_.chosenDevice, settings_.syslogPort},
+  ConfigureDialog dialog(InUse(), {settings_.chosenDevice, settings_.syslogPort, settings_.trace},
                          [this] { return log_.ArrivalText(); });
   dialog_ = &dialog;
   bool accepted = false;
@@ -194,6 +195,8 @@ Outcome UpnpRouter::Configure() {
   if (!accepted) return Outcome::kNotDone;
   const ConfigureDialog::Choice& choice = dialog.Result();
   settings_.syslogPort = choice.syslogPort;
+  settings_.trace = choice.trace;
+  trace_.SwitchOn(settings_.trace);
   settings_.chosenDevice = choice.device;
   // Even the choice that was made before: the OK is a yes to the router that is there now.
   const auto task =

@@ -11,6 +11,7 @@
 #include "Settings.h"
 #include "TableWindow.h"
 #include "Worker.h"
+#include "rules/TraceFile.h"
 
 namespace upnp {
 
@@ -54,6 +55,7 @@ class UpnpRouter final : public harbourline::RouterPlugIn {
   Settings settings_;
   StoredMappings stored_;
   StoredRouters routers_;
+  TraceFile trace_{TracePath()};
   harbourline::Ref<harbourline::EventSource> events_;
   ActivityLog log_;
   std::unique_ptr<Worker> worker_;

@@ -57,9 +57,10 @@ void Task::Run(Engine& engine) {
   work_(engine);
 }
 
-Worker::Worker(MappingStore& store, RouterStore& routers, std::string chosenDevice)
+Worker::Worker(MappingStore& store, RouterStore& routers, Trace& trace, std::string chosenDevice)
     : store_(store),
       routers_(routers),
+      trace_(trace),
       chosenDevice_(std::move(chosenDevice)),
       wake_(CreateEventW(nullptr, FALSE, FALSE, nullptr)),
       lastUse_(GetTickCount64()),
@@ -153,9 +154,8 @@ void Worker::Run() {
   const SteadyClock clock;
   OwnMappings own(store_);
   KnownRouters known(routers_);
-  NoTrace trace;
   WindowsNetwork network(stop_, hurry_);
-  Engine engine(network, own, known, clock, *this, trace, chosenDevice_);
+  Engine engine(network, own, known, clock, *this, trace_, chosenDevice_);
   SsdpListener announcements;
   NetworkChanges changes;
   std::optional<Moment> lookAround;

@@ -47,8 +47,9 @@ class Task {
 /// task.
 class Worker final : private Progress {
  public:
-  /// `chosenDevice` is the user's choice of a router, or empty. The stores must outlive the worker.
-  Worker(MappingStore& store, RouterStore& routers, std::string chosenDevice);
+  /// `chosenDevice` is the user's choice of a router, or empty. The stores and the trace must outlive the
+  /// worker.
+  Worker(MappingStore& store, RouterStore& routers, Trace& trace, std::string chosenDevice);
   /// Calls off what is under way.
   ~Worker();
   Worker(const Worker&) = delete;
@@ -73,6 +74,7 @@ class Worker final : private Progress {
 
   MappingStore& store_;
   RouterStore& routers_;
+  Trace& trace_;
   const std::string chosenDevice_;
   HANDLE wake_;
   std::atomic<bool> stop_{false};

@@ -46,6 +46,7 @@ def options():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--address", default="192.168.77.1", help="its own, on the LAN")
     parser.add_argument("--name", default="Scripted Router")
+    parser.add_argument("--model", default="Script")
     parser.add_argument("--uuid", default="0d1f7c56-9d0e-4c0b-8a3e-6c1b2d3e4f50")
     parser.add_argument("--version", type=int, choices=(1, 2), default=1, help="of the gateway device")
     parser.add_argument("--service", choices=("WANIPConnection", "WANPPPConnection"), default="WANIPConnection")
@@ -262,7 +263,7 @@ class Router:
             return (
                 f"<device><deviceType>urn:schemas-upnp-org:device:{kind}:{version}</deviceType>"
                 f"<friendlyName>{escape(name)}</friendlyName><manufacturer>Nobody</manufacturer>"
-                f"<modelName>Script</modelName><UDN>uuid:{self.uuid()}</UDN>{inner}</device>"
+                f"<modelName>{escape(self.settings.model)}</modelName><UDN>uuid:{self.uuid()}</UDN>{inner}</device>"
             )
 
         service = (

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "rules/Addresses.h"
+#include "rules/TracingGateway.h"
 
 namespace upnp {
 
@@ -35,6 +36,7 @@ Engine::Engine(Network& network, OwnMappings& own, KnownRouters& known, const Cl
 void Engine::Want(const Wish& request) {
   wish_ = memory_.Take(request);
   asked_ = true;
+  trace_.Line("wish: " + std::to_string(wish_.mappings.size()) + " mappings");
   backOff_.Reset();
   const bool mayBeSilent = gateway_ != nullptr;
   if (!gateway_) Find();
@@ -77,6 +79,8 @@ void Engine::LookAround() {
 void Engine::Hear(const SsdpMessage& message) {
   const News news = ReadNews(message);
   if (!news.restarted && !news.search) return;
+  trace_.Line("announcement of " + message.device + " from " + message.sender +
+              (news.restarted ? ": restarted" : ": to be looked for"));
   news_.restarted = news_.restarted || news.restarted;
   news_.search = news_.search || news.search;
   const Moment earliest = std::max(lastNews_, news_.search ? lastSearch_ : lastNews_) + kQuietAfterNews;
@@ -266,7 +270,7 @@ void Engine::Use(const FoundGateway& found) {
   silent_ = false;
   if (!same) {
     keeper_.reset();
-    gateway_ = network_.Connect(current_);
+    gateway_ = std::make_unique<TracingGateway>(network_.Connect(current_), trace_, clock_);
   }
   if (moved) {
     MakeKeeper();
@@ -304,6 +308,7 @@ bool Engine::Observe(bool& restarted) {
   }
   if (addressAnswer.IsDone()) signs.wanAddress = current_.wanAddress = address;
   restarted = restarts_.Notice(signs) || gone_;
+  if (restarted) trace_.Line("the router restarted, or has a new WAN address");
   gone_ = false;
   const std::string local = network_.LocalAddressTowards(current_);
   if (!local.empty() && local != current_.localAddress) {
@@ -339,6 +344,15 @@ void Engine::Schedule() {
   nextCheck_ = clock_.Now() + wait;
 }
 
+/// What is told now, when it is another thing than before.
+void Engine::TraceProblems() {
+  std::string text;
+  for (const Problem& problem : report_.problems) text += (text.empty() ? "" : " ") + Explain(problem);
+  if (text == tracedProblems_) return;
+  tracedProblems_ = text;
+  trace_.Line(text.empty() ? std::string("told: all is well") : "told: " + text);
+}
+
 void Engine::Publish() {
   report_.functional = gateway_ && !silent_;
   report_.current = current_;
@@ -362,6 +376,7 @@ void Engine::Publish() {
   report_.unmet = wished && std::any_of(problems.begin(), problems.end(), LeavesTheWishUnmet);
   report_.warning = wished && !problems.empty();
   if (exposedHost_) problems.push_back(Plain(Trouble::kNoExposedHost));
+  TraceProblems();
 }
 
 }  // namespace upnp

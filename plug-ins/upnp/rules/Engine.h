@@ -126,6 +126,7 @@ class Engine {
   void ApplyWish();
   void Schedule();
   void Publish();
+  void TraceProblems();
 
   Network& network_;
   OwnMappings& own_;
@@ -157,6 +158,7 @@ class Engine {
   Moment lastNews_{};  ///< was looked at
   Moment nextCheck_{};
   Report report_;
+  std::string tracedProblems_;
 };
 
 }  // namespace upnp
