@@ -163,8 +163,7 @@ void Engine::SetAnew() {
 }
 
 void Engine::AskForLease(std::uint32_t lease) {
-  lease_ = lease;
-  if (keeper_) MakeKeeper();
+  if (std::exchange(lease_, lease) != lease && keeper_) MakeKeeper();
 }
 
 void Engine::WantExposedHost(bool wanted) {
@@ -305,6 +304,8 @@ bool Engine::Observe(bool& restarted) {
   if (statusAnswer.IsDone()) {
     current_.connected = status.connected;
     signs.upTime = status.upTime;
+  } else if (addressAnswer.IsDone()) {
+    current_.connected = !address.empty() && address != kNoAddress;
   }
   if (addressAnswer.IsDone()) signs.wanAddress = current_.wanAddress = address;
   restarted = restarts_.Notice(signs) || gone_;

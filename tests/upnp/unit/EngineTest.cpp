@@ -603,8 +603,10 @@ TEST_F(EngineTest, TheUserCanHaveEverythingSetAnew) {
 TEST_F(EngineTest, ARouterThatCutsTheConnectionAtTheQuestionForItsStatusIsNotSilent) {
   WantPort80();
   router.resets = {"Status"};
+  network.found[0].connected = false;
   engine.Check();
   EXPECT_TRUE(engine.State().functional);
+  EXPECT_THAT(engine.State().problems, IsEmpty());
   router.resets = {"Status", "ExternalAddress"};
   engine.Check();
   EXPECT_FALSE(engine.State().functional);
