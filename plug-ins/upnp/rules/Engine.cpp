@@ -330,6 +330,8 @@ void Engine::ApplyWish() {
   const auto manner =
       std::exchange(anew_, false) ? MappingKeeper::Manner::kAnew : MappingKeeper::Manner::kCompare;
   keeper_->Apply(Expand(wish_, current_.localAddress), manner);
+  // What was called off goes on in the same manner.
+  anew_ = manner == MappingKeeper::Manner::kAnew && !keeper_->IsFinished();
   silent_ = HasTrouble(keeper_->Problems(), Trouble::kNoAnswer);
 }
 

@@ -39,7 +39,7 @@ void MappingKeeper::Apply(WantedState wanted, Manner manner) {
     RemoveUnwanted(known);
     std::vector<std::size_t> all(wanted_.ports.size());
     std::iota(all.begin(), all.end(), 0);
-    if (finished_) AddMissing(all, known, manner);
+    if (finished_) AddMissing(all, known, manner, true);
   }
   End();
 }
@@ -60,7 +60,7 @@ void MappingKeeper::Check() {
       LookAt(ports, known);
     }
     if (finished_) RenewDue(known);
-    if (finished_) AddMissing(ports, known, Manner::kCompare);
+    if (finished_) AddMissing(ports, known, Manner::kCompare, reader_.IsUnreadable());
   }
   End();
 }
@@ -289,9 +289,10 @@ bool MappingKeeper::Confirm(const WantedPort& port, const PortMapping& found) {
   return true;
 }
 
-void MappingKeeper::AddMissing(std::span<const std::size_t> ports, const KnownPorts& known, Manner manner) {
+/// `blindly`: ports that the table doesn't tell about are asked for, too.
+void MappingKeeper::AddMissing(std::span<const std::size_t> ports, const KnownPorts& known, Manner manner,
+                               bool blindly) {
   std::vector<Addition> additions;
-  const bool all = ports.size() == wanted_.ports.size();
   for (const std::size_t i : ports) {
     const WantedPort& port = wanted_.ports[i];
     const PortKey key = port.mapping.Key();
@@ -299,7 +300,7 @@ void MappingKeeper::AddMissing(std::span<const std::size_t> ports, const KnownPo
     Addition addition{i};
     if (!found && known.StateOf(key) == KnownPorts::State::kUnknown) {
       // What was added once is taken to be there until its time is over.
-      const bool mayBeMissing = leases_.Holds(key) ? leases_.IsOver(key) : all || reader_.IsUnreadable();
+      const bool mayBeMissing = leases_.Holds(key) ? leases_.IsOver(key) : blindly;
       if (!mayBeMissing) continue;
     } else if (found && IsRight(*found, port.mapping)) {
       addition.renewal = Confirm(port, *found);

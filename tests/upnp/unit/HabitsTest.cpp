@@ -328,6 +328,16 @@ TEST_F(HabitsTest, WatchingATableThatIsReadAsAWholeOnlyCostsTenCallsInAHalfMinut
   EXPECT_THAT(router.table, SizeIs(100));
 }
 
+TEST_F(HabitsTest, APortThatAnotherProgramForwardsHereStaysTheirsWhileTheTableIsNotRead) {
+  router.refuseLookup = error::kInvalidAction;
+  router.Put(80, Protocol::kTcp, kLocal, "Other program");
+  for (std::uint16_t port = 5000; port < 5100; ++port) router.Put(port, Protocol::kTcp, "192.168.1.9", "");
+  WantPort80();
+  Watch(std::chrono::minutes(10));
+  EXPECT_EQ(router.adds, 0);
+  EXPECT_EQ(router.table[PortKey(80, Protocol::kTcp)].description, "Other program");
+}
+
 TEST_F(HabitsTest, WatchingIsNoWorkUnderWay) {
   WantPort80();
   progress.steps.clear();
