@@ -34,6 +34,8 @@ Settings Settings::Load() {
   const SettingsKey key(kPath, SettingsKey::Access::kRead);
   settings.chosenDevice = Utf8(key.ReadText(L"ChosenRouter", {}));
   settings.enableLog = key.ReadFlag(L"EnableLog", settings.enableLog);
+  const DWORD lease = key.ReadNumber(L"Lease", settings.lease);
+  if (lease >= 20 && lease <= 7 * 24 * 3600) settings.lease = lease;
   settings.trace = key.ReadFlag(L"Trace", settings.trace);
   const DWORD port = key.ReadNumber(L"SyslogPort", settings.syslogPort);
   if (port >= 1 && port <= 65535) settings.syslogPort = static_cast<std::uint16_t>(port);

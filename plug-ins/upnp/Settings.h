@@ -14,6 +14,7 @@ struct Settings {
   std::string chosenDevice;  ///< identifier of the router that the user chose; empty: the plug-in chooses
   bool enableLog = false;
   std::uint16_t syslogPort = 514;
+  std::uint32_t lease = 3600;  ///< seconds for which a router is asked to keep a mapping
   bool trace = false;  ///< what the plug-in does is written to TracePath()
 
   /// A value that is missing or of another kind keeps its default.

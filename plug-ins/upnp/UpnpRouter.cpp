@@ -20,10 +20,12 @@ constexpr short kProblemsFeature = 1;
 constexpr short kTableFeature = 2;
 constexpr short kPageFeature = 3;
 constexpr short kAcceptFeature = 4;
+constexpr short kAnewFeature = 5;
 
 /// The interface stands still meanwhile.
 constexpr DWORD kLongestWaitMilliseconds = 20000;
-constexpr DWORD kLongestFarewellMilliseconds = 5000;
+/// Beyond Engine::kFarewell there is something to write down.
+constexpr DWORD kLongestFarewellMilliseconds = 6000;
 /// The first search takes about half a second where there is a router, and three where there is none.
 constexpr wchar_t kStillLooking[] = L"The plug-in is still looking for the router.";
 
@@ -37,6 +39,19 @@ Wish WishOf(const std::vector<harbourline::Mapping>& mappings, short localOctet)
                              mapping.forwardIPAddress, mapping.clearEntry});
   }
   return wish;
+}
+
+/// Takes our mappings off the router. Those that it still has are taken off at the next start.
+void LeaveRouter(Engine& engine) {
+  engine.Leave();
+  const std::vector<PortMapping> remaining = engine.Remaining();
+  if (remaining.empty()) return;
+  std::string text = "Harbourline UPnP: the router still has";
+  for (const PortMapping& mapping : remaining) {
+    text += (&mapping == &remaining.front() ? " " : ", ") +
+            PortsText(mapping.externalPort, mapping.externalPort, mapping.protocol);
+  }
+  OutputDebugStringA((text + "\n").c_str());
 }
 
 std::wstring ProblemsText(const Known& known) {
@@ -79,6 +94,7 @@ std::wstring UpnpRouter::Version() {
 Worker& UpnpRouter::InUse() {
   if (!worker_) {
     worker_ = std::make_unique<Worker>(stored_, routers_, trace_, settings_.chosenDevice);
+    worker_->Do([lease = settings_.lease](Engine& engine) { engine.AskForLease(lease); });
     power_ =
         std::make_unique<PowerWatch>([this] { worker_->Do([](Engine& engine) { engine.LookAround(); }); });
   }
@@ -127,6 +143,7 @@ bool UpnpRouter::Await(const Task& task) {
 
 Outcome UpnpRouter::SetPortForwarding(const std::vector<harbourline::Mapping>& mappings, short localOctet) {
   Worker& worker = InUse();
+  leftForGood_ = false;
   wished_ = mappings;
   localOctet_ = localOctet;
   const auto task =
@@ -196,7 +213,20 @@ void UpnpRouter::ApplicationExiting(const std::wstring&) {
   power_.reset();
   if (!worker_) return;
   log_.Follow(false, settings_.syslogPort, {});
-  const auto task = worker_->DoInstead([](Engine& engine) { engine.Leave(); });
+  TakeLeave();
+}
+
+/// Another plug-in may have been chosen: nobody looks after our mappings then.
+UpnpRouter::~UpnpRouter() {
+  table_.reset();
+  power_.reset();
+  if (!leftForGood_) TakeLeave();
+}
+
+void UpnpRouter::TakeLeave() {
+  if (!worker_) return;
+  leftForGood_ = true;
+  const auto task = worker_->DoInstead([](Engine& engine) { LeaveRouter(engine); });
   WaitForSingleObject(task->DoneEvent(), kLongestFarewellMilliseconds);
 }
 
@@ -206,6 +236,7 @@ std::vector<harbourline::Feature> UpnpRouter::Features() {
   std::vector<harbourline::Feature> features = {{well ? L"All is well" : L"What is wrong?", kProblemsFeature},
                                                 {L"Show router's mappings", kTableFeature}};
   if (known.report.foreign) features.push_back({L"Use this router", kAcceptFeature});
+  if (known.report.functional) features.push_back({L"Set the mappings anew", kAnewFeature});
   if (!known.report.current.page.empty()) features.push_back({L"Open router's page", kPageFeature});
   return features;
 }
@@ -218,6 +249,7 @@ void UpnpRouter::ActivateFeature(const std::wstring&, short identifier) {
     table_->BringToFront();
   }
   if (identifier == kAcceptFeature) worker.Do([](Engine& engine) { engine.AcceptRouter(); });
+  if (identifier == kAnewFeature) worker.Do([](Engine& engine) { engine.SetAnew(); });
   if (identifier == kPageFeature) OpenPage();
 }
 

@@ -20,6 +20,7 @@ namespace upnp {
 class UpnpRouter final : public harbourline::RouterPlugIn {
  public:
   UpnpRouter();
+  ~UpnpRouter() override;
 
  protected:
   std::wstring ServerTitle() override;
@@ -46,6 +47,7 @@ class UpnpRouter final : public harbourline::RouterPlugIn {
   Worker& InUse();
   bool Await(const Task& task);
   bool FollowLog();
+  void TakeLeave();
   void ShowProblems();
   void TellAboutExposedHost();
   void OpenPage();
@@ -62,6 +64,7 @@ class UpnpRouter final : public harbourline::RouterPlugIn {
   ConfigureDialog* dialog_ = nullptr;  ///< while it is on the screen
   std::vector<harbourline::Mapping> wished_;
   short localOctet_ = 0;
+  bool leftForGood_ = false;  ///< nothing of ours is to be on the router any more
   bool exposedHostToTell_ = false;
   bool exposedHostTold_ = false;
   bool showingProblems_ = false;

@@ -261,7 +261,8 @@ void WindowsNetwork::AskHowItIs(FoundGateway& gateway, Instant deadline) const {
   };
   ConnectionStatus status;
   const Answer statusAnswer = ask().Status(status);
-  if (!statusAnswer.IsNoAnswer()) ask().ExternalAddress(gateway.wanAddress);
+  // Some routers cut the connection at a question that they lack.
+  ask().ExternalAddress(gateway.wanAddress);
   // A router that doesn't tell its status, but an address, is connected.
   gateway.connected = statusAnswer.IsDone() ? status.connected : IsPublicAddress(gateway.wanAddress);
 }

@@ -64,7 +64,8 @@ void Engine::LookAfter(const News& news) {
   }
   // Nothing was wished yet, so nothing is known to be unwanted.
   if (!asked_ || IsForeign()) return;
-  if (restarted || news.restarted || !keeper_->IsFinished()) return ApplyWish();
+  anew_ = anew_ || restarted || news.restarted;
+  if (anew_ || !keeper_->IsFinished()) return ApplyWish();
   keeper_->Check();
   silent_ = !keeper_->IsFinished() && HasTrouble(keeper_->Problems(), Trouble::kNoAnswer);
 }
@@ -150,13 +151,30 @@ void Engine::AcceptRouter() {
   Publish();
 }
 
+void Engine::SetAnew() {
+  if (!gateway_ || silent_) Find();
+  if (gateway_ && !silent_ && asked_ && !IsForeign()) {
+    keeper_->RemoveAll();
+    anew_ = true;
+    ApplyWish();
+  }
+  Schedule();
+  Publish();
+}
+
+void Engine::AskForLease(std::uint32_t lease) {
+  if (std::exchange(lease_, lease) != lease && keeper_) MakeKeeper();
+}
+
 void Engine::WantExposedHost(bool wanted) {
   exposedHost_ = wanted;
   Publish();
 }
 
 void Engine::Leave() {
-  if (keeper_ && !silent_) keeper_->RemoveAll();
+  own_.OweAll(current_.device);
+  own_.Save();
+  if (keeper_ && !silent_) keeper_->RemoveAll(clock_.Now() + kFarewell);
   // What comes after the farewell must bring nothing back.
   asked_ = false;
   wish_ = {};
@@ -259,19 +277,24 @@ void Engine::Use(const FoundGateway& found) {
   const bool same = gateway_ && found.device == current_.device && found.controlUrl == current_.controlUrl &&
                     found.serviceType == current_.serviceType;
   const bool moved = !same || found.localAddress != current_.localAddress;
+  const bool back = same && silent_;
   current_ = found;
   silent_ = false;
   if (!same) {
     keeper_.reset();
     gateway_ = std::make_unique<TracingGateway>(network_.Connect(current_), trace_, clock_);
   }
-  if (moved) MakeKeeper();
-  restarts_.Notice({found.bootId, std::nullopt, found.wanAddress});
+  if (moved) {
+    MakeKeeper();
+    if (!asked_) keeper_->RemoveOwed();
+  }
+  const bool restarted = restarts_.Notice({found.bootId, std::nullopt, found.wanAddress});
+  anew_ = same && (anew_ || restarted || back);
 }
 
 void Engine::MakeKeeper() {
   keeper_ = std::make_unique<MappingKeeper>(*gateway_, current_.device, current_.localAddress, own_, clock_,
-                                            progress_);
+                                            progress_, lease_);
 }
 
 void Engine::Drop() {
@@ -286,13 +309,16 @@ bool Engine::Observe(bool& restarted) {
   ConnectionStatus status;
   const Answer statusAnswer = gateway_->Status(status);
   std::string address;
-  const Answer addressAnswer = statusAnswer.IsNoAnswer() ? statusAnswer : gateway_->ExternalAddress(address);
-  silent_ = addressAnswer.IsNoAnswer();
+  // Some routers cut the connection at a question that they lack.
+  const Answer addressAnswer = gateway_->ExternalAddress(address);
+  silent_ = statusAnswer.IsNoAnswer() && addressAnswer.IsNoAnswer();
   if (silent_) return false;
   Signs signs;
   if (statusAnswer.IsDone()) {
     current_.connected = status.connected;
     signs.upTime = status.upTime;
+  } else if (addressAnswer.IsDone()) {
+    current_.connected = !address.empty() && address != kNoAddress;
   }
   if (addressAnswer.IsDone()) signs.wanAddress = current_.wanAddress = address;
   restarted = restarts_.Notice(signs) || gone_;
@@ -314,7 +340,11 @@ void Engine::ApplyWish() {
     current_.own = true;
   }
   if (IsForeign()) return;
-  keeper_->Apply(Expand(wish_, current_.localAddress));
+  const auto manner =
+      std::exchange(anew_, false) ? MappingKeeper::Manner::kAnew : MappingKeeper::Manner::kCompare;
+  keeper_->Apply(Expand(wish_, current_.localAddress), manner);
+  // What was called off goes on in the same manner.
+  anew_ = manner == MappingKeeper::Manner::kAnew && !keeper_->IsFinished();
   silent_ = HasTrouble(keeper_->Problems(), Trouble::kNoAnswer);
 }
 
@@ -324,6 +354,8 @@ void Engine::Schedule() {
     wait = backOff_.Wait();
   } else if (IsUnfinished()) {
     wait = kTakeUpAgain;
+  } else if (const auto renewal = keeper_->NextRenewal()) {
+    wait = std::min(wait, *renewal - clock_.Now());
   }
   nextCheck_ = clock_.Now() + wait;
 }

@@ -63,6 +63,9 @@ class Engine {
   /// Announcements lead to one look at the router in this time, whatever is announced.
   static constexpr Moment kQuietAfterNews = std::chrono::seconds(10);
 
+  /// For the farewell, while the program waits for its end.
+  static constexpr Moment kFarewell = std::chrono::seconds(5);
+
   /// `chosenDevice` is the user's choice, or empty.
   Engine(Network& network, OwnMappings& own, KnownRouters& known, const Clock& clock, Progress& progress,
          Trace& trace, std::string chosenDevice);
@@ -83,10 +86,16 @@ class Engine {
   void Choose(const std::string& device);
   /// The user says yes to the router in use.
   void AcceptRouter();
+  /// Takes all that is ours off the router and puts the wish on it anew.
+  void SetAnew();
+  /// Seconds for which routers are asked to keep a mapping; before the first wish.
+  void AskForLease(std::uint32_t lease);
   /// A DMZ host was asked for, or no longer.
   void WantExposedHost(bool wanted);
-  /// Takes all that is ours off the router.
+  /// Takes all that is ours off the router, for kFarewell at most.
   void Leave();
+  /// The mappings that the last farewell had to leave.
+  std::vector<PortMapping> Remaining() const { return own_.Owed(current_.device); }
   /// The whole table of the router, as far as it goes.
   TableReading ReadWholeTable();
 
@@ -131,6 +140,8 @@ class Engine {
   WishMemory memory_;
   Wish wish_;
   bool asked_ = false;  ///< the program has told a wish
+  bool anew_ = false;   ///< the router may have lost its mappings since they were put there
+  std::uint32_t lease_ = MappingKeeper::kLease;
   bool exposedHost_ = false;
   FoundGateway current_;
   std::unique_ptr<Gateway> gateway_;

@@ -14,7 +14,8 @@ GatewaySession::GatewaySession(Gateway& gateway)
 
 bool GatewaySession::IsAlive() {
   ConnectionStatus status;
-  return !gateway_.Status(status).IsNoAnswer();
+  std::string address;
+  return !gateway_.Status(status).IsNoAnswer() || !gateway_.ExternalAddress(address).IsNoAnswer();
 }
 
 template <class Call>

@@ -24,6 +24,10 @@ void LeaseBook::Hold(const PortKey& key, std::uint32_t told, std::uint32_t asked
   held_[key] = held;
 }
 
+void LeaseBook::DropAllBut(const std::set<PortKey>& keys) {
+  std::erase_if(held_, [&](const auto& held) { return !keys.contains(held.first); });
+}
+
 void LeaseBook::Clear() {
   held_.clear();
   permanentOnly_ = false;

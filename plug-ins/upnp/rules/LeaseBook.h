@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 
 #include "rules/Clock.h"
 #include "rules/Gateway.h"
@@ -25,6 +26,7 @@ class LeaseBook {
   /// that ends are taken at what was asked.
   void Hold(const PortKey& key, std::uint32_t told, std::uint32_t asked);
   void Drop(const PortKey& key) { held_.erase(key); }
+  void DropAllBut(const std::set<PortKey>& keys);
   /// Forgets everything, since the router may have forgotten it too.
   void Clear();
 

@@ -94,9 +94,10 @@ class MappingKeeper {
   bool Remove(const PortMapping& mapping);
   bool TakeDeletion(const PortMapping& mapping, const Answer& answer);
   bool Confirm(const WantedPort& port, const PortMapping& found);
-  void AddMissing(std::span<const std::size_t> ports, const KnownPorts& known, Manner manner);
+  void AddMissing(std::span<const std::size_t> ports, const KnownPorts& known, Manner manner, bool blindly);
   void AddInBatches(std::span<Addition> additions, std::size_t total);
   void AddBatch(std::span<Addition> batch);
+  bool MayStillBeAdded(const Addition& addition) const;
   PortMapping Request(const WantedPort& port) const;
   Granted Ask(const WantedPort& port);
   Granted AskForPermanent(const WantedPort& port);

@@ -26,6 +26,7 @@ TableReader::TableReader(GatewaySession& session, const Clock& clock, Progress& 
 
 void TableReader::StartAnew() {
   unreadable_ = singlesUnread_ = !session_.Abilities().readsTable;
+  readBackFailed_ = false;
   doubtfulEmpty_ = doubtfulMissing_ = 0;
 }
 
@@ -123,7 +124,9 @@ void TableReader::Take(const Lookup& readBack, KnownPorts& known) {
     known.Learn(readBack.mapping);
     if (doubtfulMissing_ != 0) missingCodes_.insert(std::exchange(doubtfulMissing_, 0));
     singlesUnread_ = unreadable_ = false;
-  } else if (!answer.IsNotTried() && !IsMissing(answer)) {
+  } else if (answer.IsNoAnswer()) {
+    readBackFailed_ = true;
+  } else if (answer.IsRefused() && !IsMissing(answer)) {
     singlesUnread_ = true;
     doubtfulMissing_ = 0;
   }

@@ -39,7 +39,7 @@ class TableReader {
 
   bool IsMissing(const Answer& answer) const;
   /// Asking for a single entry may be of use.
-  bool MayReadSingles() const { return !singlesUnread_ || doubtfulMissing_ != 0; }
+  bool MayReadSingles() const { return !readBackFailed_ && (!singlesUnread_ || doubtfulMissing_ != 0); }
   /// The router tells no entries at all.
   bool IsUnreadable() const { return unreadable_; }
 
@@ -51,6 +51,7 @@ class TableReader {
   const Clock& clock_;
   Progress& progress_;
   bool singlesUnread_ = false;
+  bool readBackFailed_ = false;  ///< by silence; whether the router is there shows elsewhere
   bool unreadable_ = false;
   bool endless_ = false;        ///< the table took too long to read, or has no end
   std::set<int> emptyCodes_;    ///< with which it says that its table is empty

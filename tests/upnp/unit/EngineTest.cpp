@@ -599,6 +599,97 @@ TEST_F(EngineTest, ADmzHostIsToldAndDoesNothingToTheRouter) {
   EXPECT_THAT(engine.State().problems, IsEmpty());
 }
 
+TEST_F(EngineTest, AfterARestartEverythingIsAddedAnewWhateverTheTableSays) {
+  WantPort80();
+  engine.Check();
+  router.open.clear();
+  router.upTime = 3;
+  engine.Check();
+  EXPECT_TRUE(router.IsOpen(80));
+}
+
+TEST_F(EngineTest, AtANewWanAddressEverythingIsAddedAnew) {
+  WantPort80();
+  engine.Check();
+  router.open.clear();
+  router.wanAddress = "1.2.3.5";
+  engine.Check();
+  EXPECT_TRUE(router.IsOpen(80));
+}
+
+TEST_F(EngineTest, ARouterThatWasSilentGetsEverythingAnew) {
+  WantPort80();
+  router.refuseTable = router.refuseLookup = error::kInvalidAction;
+  WantPort80();
+  router.silent = true;
+  const auto found = std::exchange(network.found, {});
+  engine.Check();
+  EXPECT_FALSE(engine.State().functional);
+  router.Restart();
+  router.silent = false;
+  network.found = found;
+  engine.Check();
+  EXPECT_TRUE(router.IsOpen(80));
+}
+
+TEST_F(EngineTest, TheUserCanHaveEverythingSetAnew) {
+  WantPort80();
+  router.open.clear();
+  router.addsAnewOnly = true;
+  router.ResetCounters();
+  engine.SetAnew();
+  EXPECT_TRUE(router.IsOpen(80));
+  EXPECT_EQ(router.deletes, 1);
+  EXPECT_FALSE(engine.State().unmet);
+}
+
+TEST_F(EngineTest, ARouterThatCutsTheConnectionAtTheQuestionForItsStatusIsNotSilent) {
+  WantPort80();
+  router.resets = {"Status"};
+  network.found[0].connected = false;
+  engine.Check();
+  EXPECT_TRUE(engine.State().functional);
+  EXPECT_THAT(engine.State().problems, IsEmpty());
+  router.resets = {"Status", "ExternalAddress"};
+  engine.Check();
+  EXPECT_FALSE(engine.State().functional);
+}
+
+TEST_F(EngineTest, TheNextCheckComesWhenALeaseIsToBeRenewed) {
+  router.longestLease = 20;
+  router.leasesEnd = true;
+  WantPort80();
+  EXPECT_EQ(engine.NextCheck(), clock.Now() + std::chrono::seconds(10));
+  for (int i = 0; i < 20; ++i) {
+    clock.now = engine.NextCheck();
+    engine.Check();
+    ASSERT_TRUE(router.IsOpen(80)) << i;
+  }
+}
+
+TEST_F(EngineTest, WhatTheFarewellLeftIsTakenOffAtTheNextStart) {
+  WantPort80();
+  router.silent = true;
+  engine.Leave();
+  EXPECT_THAT(engine.Remaining(), testing::SizeIs(1));
+  router.silent = false;
+  OwnMappings nextOwn(store);
+  Engine next(network, nextOwn, known, clock, progress, trace, "");
+  next.Check();
+  EXPECT_TRUE(router.table.empty());
+  EXPECT_EQ(store.text, "");
+}
+
+TEST_F(EngineTest, TheFarewellTakesFiveSecondsAtMost) {
+  Want({Wished(5000, 5499, true, false, 5)});
+  router.slowness = std::chrono::milliseconds(50);
+  const Moment begin = clock.Now();
+  engine.Leave();
+  EXPECT_LE(clock.Now() - begin, std::chrono::milliseconds(5100));
+  EXPECT_THAT(engine.Remaining(), testing::SizeIs(router.table.size()));
+  EXPECT_THAT(engine.Remaining(), testing::SizeIs(400));
+}
+
 TEST_F(EngineTest, TheFarewellLeavesNothingOfOurs) {
   WantPort80();
   router.Put(22, Protocol::kTcp, "192.168.1.9", "Console");

@@ -90,10 +90,11 @@ class FakeRouter : public Gateway {
   }
 
   Answer Status(ConnectionStatus& status) override {
-    ++statuses;
-    if (silent) return Answer::NoAnswer();
-    status = {connected, connected ? "Connected" : "Disconnected", upTime};
-    return Answer::Done();
+    return Serve("Status", [&] {
+      ++statuses;
+      status = {connected, connected ? "Connected" : "Disconnected", upTime};
+      return Answer::Done();
+    });
   }
 
   /// An entry that somebody else made.
@@ -109,6 +110,11 @@ class FakeRouter : public Gateway {
     return table.contains({port, protocol});
   }
   void ResetCounters() { adds = deletes = tableReads = lookups = statuses = 0; }
+  /// It really forwards the port at this moment.
+  bool IsOpen(std::uint16_t port) {
+    EndLeases();
+    return open.contains({port, Protocol::kTcp});
+  }
   /// It restarts without its mappings.
   void Restart() {
     table.clear();
@@ -158,10 +164,12 @@ class FakeRouter : public Gateway {
   std::function<int(const PortMapping&)> refuseAdd;
 
  private:
+  bool IsSilent() const { return silent || (silentAfterAdds >= 0 && adds > silentAfterAdds); }
+
   template <class Work>
   Answer Serve(const char* call, const Work& work) {
     if (resets.contains(call)) return Answer::NoAnswer();
-    if (silent) {
+    if (IsSilent()) {
       ++unanswered;
       return Answer::NoAnswer();
     }
@@ -176,8 +184,7 @@ class FakeRouter : public Gateway {
 
   Answer Take(const PortMapping& mapping) {
     ++adds;
-    if (silentAfterAdds >= 0 && adds > silentAfterAdds) silent = true;
-    if (silent) return Answer::NoAnswer();
+    if (IsSilent()) return Answer::NoAnswer();
     if (refuseAdd) {
       if (const int code = refuseAdd(mapping)) return Answer::Refused(code);
     }

@@ -46,13 +46,13 @@ TEST_P(EmptyTableCodes, AnEmptyTableIsReadOnceAnAdditionWasReadBack) {
   WantPort80();
   EXPECT_THAT(keeper.Problems(), IsEmpty());
   Watch(std::chrono::hours(3));
-  EXPECT_TRUE(router.open.contains({80, Protocol::kTcp}));
+  EXPECT_TRUE(router.IsOpen(80));
   router.Restart();
   Watch(std::chrono::seconds(30));
-  EXPECT_TRUE(router.open.contains({80, Protocol::kTcp}));
+  EXPECT_TRUE(router.IsOpen(80));
   router.Restart();
   WantPort80();
-  EXPECT_TRUE(router.open.contains({80, Protocol::kTcp}));
+  EXPECT_TRUE(router.IsOpen(80));
   Apply({});
   EXPECT_THAT(router.table, IsEmpty());
   EXPECT_EQ(store.text, "");
@@ -70,7 +70,7 @@ TEST_P(UnreadableTables, LeasesAreRenewedByOurOwnClock) {
   EXPECT_THAT(keeper.Problems(), IsEmpty());
   for (int i = 0; i < 400; ++i) {
     Watch(std::chrono::seconds(30));
-    ASSERT_TRUE(router.open.contains({80, Protocol::kTcp})) << i;
+    ASSERT_TRUE(router.IsOpen(80)) << i;
   }
   EXPECT_LT(router.adds, 10);
   Apply({});
@@ -82,7 +82,7 @@ TEST_P(UnreadableTables, WhatIsHeldIsForgottenAtASignOfARestart) {
   WantPort80();
   router.Restart();
   keeper.Apply(Expand({{Wished(80, 80, true, false, 5)}, 5}, kLocal), MappingKeeper::Manner::kAnew);
-  EXPECT_TRUE(router.open.contains({80, Protocol::kTcp}));
+  EXPECT_TRUE(router.IsOpen(80));
 }
 
 TEST_P(UnreadableTables, AnActivationThatChangesNothingAddsNothing) {
@@ -154,7 +154,7 @@ TEST_F(HabitsTest, ARenewalThatIsRefusedIsMadeByDeletionAndAddition) {
   WantPort80();
   for (int i = 0; i < 400; ++i) {
     Watch(std::chrono::seconds(30));
-    ASSERT_TRUE(router.open.contains({80, Protocol::kTcp})) << i;
+    ASSERT_TRUE(router.IsOpen(80)) << i;
     ASSERT_THAT(keeper.Problems(), IsEmpty());
   }
   EXPECT_THAT(router.leases, testing::Each(MappingKeeper::kLease));
@@ -165,7 +165,7 @@ TEST_F(HabitsTest, ARenewalThatIsRefusedWithoutATableIsMadeByDeletionAndAddition
   router.refuseTable = router.refuseLookup = error::kInvalidAction;
   WantPort80();
   Watch(std::chrono::hours(3));
-  EXPECT_TRUE(router.open.contains({80, Protocol::kTcp}));
+  EXPECT_TRUE(router.IsOpen(80));
   EXPECT_THAT(keeper.Problems(), IsEmpty());
 }
 
@@ -177,7 +177,7 @@ TEST_F(HabitsTest, ARenewalThatIsRefusedForGoodDoesNotStopTheAdditionWhenTheLeas
   EXPECT_TRUE(router.Has(80));
   EXPECT_THAT(keeper.Problems(), IsEmpty());
   Watch(kHalfLease);
-  EXPECT_TRUE(router.open.contains({80, Protocol::kTcp}));
+  EXPECT_TRUE(router.IsOpen(80));
   EXPECT_THAT(keeper.Problems(), IsEmpty());
 }
 
@@ -280,7 +280,7 @@ TEST_F(HabitsTest, ARuleThatIsSwitchedOffIsNoOwnerAsFarAsTheRouterAllows) {
   router.Put(81, Protocol::kTcp, "192.168.1.9", "Console");
   router.table[PortKey(81, Protocol::kTcp)].enabled = false;
   Apply({Wished(80, 80, true, false, 5), Wished(81, 81, true, false, 5)});
-  EXPECT_TRUE(router.open.contains({80, Protocol::kTcp}));
+  EXPECT_TRUE(router.IsOpen(80));
   ASSERT_THAT(keeper.Problems(), SizeIs(1));
   EXPECT_EQ(keeper.Problems()[0].firstPort, 81);
   EXPECT_EQ(router.table[PortKey(81, Protocol::kTcp)].client, "192.168.1.9");
@@ -300,7 +300,7 @@ TEST_F(HabitsTest, ALeaseThatIsToldAsNothingIsTheOneThatWasAsked) {
   WantPort80();
   for (int i = 0; i < 400; ++i) {
     Watch(std::chrono::seconds(30));
-    ASSERT_TRUE(router.open.contains({80, Protocol::kTcp})) << i;
+    ASSERT_TRUE(router.IsOpen(80)) << i;
   }
 }
 
@@ -322,10 +322,20 @@ TEST_F(HabitsTest, WatchingATableThatIsReadAsAWholeOnlyCostsTenCallsInAHalfMinut
   Apply({Wished(5000, 5099, true, false, 5)});
   router.ResetCounters();
   Watch(std::chrono::minutes(50));
-  EXPECT_LE(router.lookups + router.tableReads, 1000 + 110);
+  EXPECT_LE(router.lookups + router.tableReads, 1000 + 120);
   router.table.clear();
   Watch(std::chrono::minutes(10));
   EXPECT_THAT(router.table, SizeIs(100));
+}
+
+TEST_F(HabitsTest, APortThatAnotherProgramForwardsHereStaysTheirsWhileTheTableIsNotRead) {
+  router.refuseLookup = error::kInvalidAction;
+  router.Put(80, Protocol::kTcp, kLocal, "Other program");
+  for (std::uint16_t port = 5000; port < 5100; ++port) router.Put(port, Protocol::kTcp, "192.168.1.9", "");
+  WantPort80();
+  Watch(std::chrono::minutes(10));
+  EXPECT_EQ(router.adds, 0);
+  EXPECT_EQ(router.table[PortKey(80, Protocol::kTcp)].description, "Other program");
 }
 
 TEST_F(HabitsTest, WatchingIsNoWorkUnderWay) {
@@ -402,7 +412,7 @@ TEST_F(HabitsTest, AGatewayWithoutATableIsTrustedByItsGrantsAndTheClock) {
   for (int i = 0; i < 400; ++i) {
     clock.Turn(std::chrono::seconds(30));
     trusting.Check();
-    ASSERT_TRUE(router.open.contains({80, Protocol::kTcp}));
+    ASSERT_TRUE(router.IsOpen(80));
   }
   EXPECT_EQ(router.lookups + router.tableReads, 0);
 }
