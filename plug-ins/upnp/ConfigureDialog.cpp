@@ -24,6 +24,7 @@ constexpr int kHowToId = 206;
 constexpr int kPortLabelId = 207;
 constexpr int kPortId = 208;
 constexpr int kArrivalsId = 209;
+constexpr int kTraceId = 210;
 constexpr UINT kHighestPort = 65535;
 constexpr UINT_PTR kRefreshTimer = 1;
 constexpr UINT kRefreshMilliseconds = 200;
@@ -39,6 +40,7 @@ constexpr int kListRows = 6;
 constexpr int kAdviceLines = 4;
 constexpr int kHowToLines = 4;
 constexpr wchar_t kLogHeading[] = L"Activity log";
+constexpr wchar_t kTrace[] = L"&Write what the plug-in does to UpnpRouter.log, for support";
 constexpr wchar_t kPortLabel[] = L"&Port of the router's log";
 
 std::wstring StateOf(const FoundGateway& gateway, bool inUse) {
@@ -151,6 +153,7 @@ bool ConfigureDialog::Accept() {
     return false;
   }
   choice_.syslogPort = static_cast<std::uint16_t>(port);
+  choice_.trace = IsDlgButtonChecked(dialog_, kTraceId) == BST_CHECKED;
   const int row = list_.Selected();
   if (row >= 0 && static_cast<std::size_t>(row) < devices_.size()) {
     choice_.device = devices_[static_cast<std::size_t>(row)];
@@ -175,6 +178,8 @@ void ConfigureDialog::CreateControls() {
   add(L"STATIC", L"", SS_LEFT | SS_NOPREFIX, kArrivalsId);
   SendDlgItemMessageW(dialog_, kPortId, EM_LIMITTEXT, 5, 0);
   SetDlgItemInt(dialog_, kPortId, choice_.syslogPort, FALSE);
+  add(L"BUTTON", kTrace, WS_TABSTOP | BS_AUTOCHECKBOX, kTraceId);
+  CheckDlgButton(dialog_, kTraceId, choice_.trace ? BST_CHECKED : BST_UNCHECKED);
   add(L"BUTTON", kSearch, WS_TABSTOP | BS_PUSHBUTTON, kSearchId);
   add(L"BUTTON", kAccept, WS_TABSTOP | BS_DEFPUSHBUTTON, IDOK);
   add(L"BUTTON", kCancel, WS_TABSTOP | BS_PUSHBUTTON, IDCANCEL);
@@ -217,7 +222,9 @@ void ConfigureDialog::Layout() {
   place(kPortId, margin + labelWidth, y, editWidth, line + look.Px(6));
   const int arrivalsLeft = margin + labelWidth + editWidth + look.Px(16);
   place(kArrivalsId, arrivalsLeft, y + look.Px(3), margin + width - arrivalsLeft, 2 * line);
-  y += 2 * line + look.Px(16);
+  y += 2 * line + look.Px(8);
+  place(kTraceId, margin, y, width, line + look.Px(4));
+  y += line + look.Px(20);
 
   const int buttonHeight = line + look.Px(10);
   const auto widthOf = [&](const wchar_t* text) {

@@ -21,6 +21,7 @@ class ConfigureDialog {
   struct Choice {
     std::string device;  ///< identifier of the router; empty: the plug-in chooses
     std::uint16_t syslogPort = 514;
+    bool trace = false;  ///< what the plug-in does is written to a file
   };
 
   /// `choice` is the one so far. `arrivals` tells whether lines of the router's log arrive. The worker must

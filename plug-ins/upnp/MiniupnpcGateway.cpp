@@ -1,15 +1,12 @@
 #include "MiniupnpcGateway.h"
 
+#include <miniupnpc.h>
 #include <upnpcommands.h>
+#include <upnpreplyparse.h>
 
-#include <algorithm>
 #include <array>
-#include <charconv>
-#include <exception>
-#include <string_view>
-#include <thread>
+#include <cstdlib>
 #include <utility>
-#include <vector>
 
 #include "CallBounds.h"
 
@@ -17,44 +14,34 @@ namespace upnp {
 
 namespace {
 
-/// Small routers serve few connections at once.
-constexpr std::size_t kLanes = 3;
+constexpr int kLowestOwnCode = UPNPCOMMAND_MEM_ALLOC_ERROR;
 
 const char* NameOf(Protocol protocol) {
   return protocol == Protocol::kTcp ? "TCP" : "UDP";
 }
 
-template <class Number, std::size_t N>
-bool ReadNumber(const std::array<char, N>& text, Number& number) {
-  const std::string_view view(text.data());
-  const auto [end, failure] = std::from_chars(view.data(), view.data() + view.size(), number);
-  return failure == std::errc() && end == view.data() + view.size();
-}
+/// What a router answered to an action, by the names of the standard's arguments.
+class Reply {
+ public:
+  /// A null buffer is no reply.
+  Reply(char* buffer, int size) : came_(buffer != nullptr) {
+    if (came_) ParseNameValue(buffer, size, &values_);
+    std::free(buffer);
+  }
+  ~Reply() { ClearNameValueList(&values_); }
+  Reply(const Reply&) = delete;
+  Reply& operator=(const Reply&) = delete;
 
-template <std::size_t N>
-bool IsOn(const std::array<char, N>& text) {
-  const std::string_view view(text.data());
-  // A router that leaves it out means an entry like any other.
-  return view.empty() || view == "1" || view == "yes" || view == "Yes" || view == "tru" || view == "Tru";
-}
+  bool Came() const { return came_; }
+  std::string Text(const char* name) {
+    const char* value = GetValueFromNameValueList(&values_, name);
+    return value ? value : std::string();
+  }
 
-/// Runs `work` for each number below `count`, on several threads, until one answers false or fails.
-void InLanes(std::size_t count, const std::function<bool(std::size_t)>& work) {
-  std::atomic<std::size_t> next{0};
-  std::atomic<bool> stop{false};
-  const auto lane = [&] {
-    try {
-      for (std::size_t i = next++; i < count && !stop; i = next++) {
-        if (!work(i)) stop = true;
-      }
-    } catch (const std::exception&) {
-      stop = true;
-    }
-  };
-  std::vector<std::jthread> threads;
-  for (std::size_t i = 1; i < std::min(kLanes, count); ++i) threads.emplace_back(lane);
-  lane();
-}
+ private:
+  NameValueParserData values_ = {};
+  bool came_;
+};
 
 }  // namespace
 
@@ -70,19 +57,27 @@ Answer MiniupnpcGateway::Call(const std::function<int()>& call) const {
   const int code = call();
   if (bounds.WereReached() || code == UPNPCOMMAND_HTTP_ERROR) return Answer::NoAnswer();
   if (code == UPNPCOMMAND_SUCCESS) return Answer::Done();
-  // Below zero: the answer made no sense.
-  return Answer::Refused(code > 0 ? code : error::kActionFailed);
+  // miniupnpc has numbers just below zero for answers that make no sense; routers have some further below.
+  return Answer::Refused(code > 0 || code < kLowestOwnCode ? code : error::kActionFailed);
 }
 
-Answer MiniupnpcGateway::Add(const PortMapping& mapping) {
+Traits MiniupnpcGateway::Abilities() const {
+  Traits traits;
+  // Small routers serve few connections at once.
+  traits.lanes = 3;
+  return traits;
+}
+
+Granted MiniupnpcGateway::Add(const PortMapping& mapping) {
   const std::string external = std::to_string(mapping.externalPort);
   const std::string internal = std::to_string(mapping.internalPort);
   const std::string lease = std::to_string(mapping.lease);
-  return Call([&] {
+  const Answer answer = Call([&] {
     return UPNP_AddPortMapping(controlUrl_.c_str(), serviceType_.c_str(), external.c_str(), internal.c_str(),
                                mapping.client.c_str(), mapping.description.c_str(), NameOf(mapping.protocol),
                                nullptr, lease.c_str());
   });
+  return {answer, mapping.lease, mapping.externalPort};
 }
 
 Answer MiniupnpcGateway::Delete(const PortKey& key) {
@@ -93,56 +88,53 @@ Answer MiniupnpcGateway::Delete(const PortKey& key) {
   });
 }
 
-Answer MiniupnpcGateway::EntryAt(std::uint32_t index, PortMapping& mapping) {
-  const std::string position = std::to_string(index);
-  std::array<char, 6> external{};
-  std::array<char, 16> client{};
-  std::array<char, 6> internal{};
-  std::array<char, 4> protocol{};
-  std::array<char, 80> description{};
-  std::array<char, 4> enabled{};
-  std::array<char, 64> host{};
-  std::array<char, 16> lease{};
+/// miniupnpc's own functions for entries cut what is longer than the standard allows, or has blanks around
+/// it.
+Answer MiniupnpcGateway::ReadOne(const char* action, std::vector<UPNParg> arguments, EntryText text,
+                                 PortMapping& mapping) {
   const Answer answer = Call([&] {
-    return UPNP_GetGenericPortMappingEntry(controlUrl_.c_str(), serviceType_.c_str(), position.c_str(),
-                                           external.data(), client.data(), internal.data(), protocol.data(),
-                                           description.data(), enabled.data(), host.data(), lease.data());
+    int size = 0;
+    // A null ends the list.
+    arguments.push_back({nullptr, nullptr});
+    char* buffer =
+        simpleUPnPcommand(-1, controlUrl_.c_str(), serviceType_.c_str(), action, arguments.data(), &size);
+    Reply reply(buffer, size);
+    if (!reply.Came()) return UPNPCOMMAND_HTTP_ERROR;
+    if (const std::string code = reply.Text("errorCode"); !code.empty()) {
+      const int number = std::atoi(code.c_str());
+      return number == 0 ? UPNPCOMMAND_UNKNOWN_ERROR : number;
+    }
+    if (text.externalPort.empty()) {
+      text.externalPort = reply.Text("NewExternalPort");
+      text.protocol = reply.Text("NewProtocol");
+      text.remoteHost = reply.Text("NewRemoteHost");
+    }
+    text.client = reply.Text("NewInternalClient");
+    text.internalPort = reply.Text("NewInternalPort");
+    text.description = reply.Text("NewPortMappingDescription");
+    text.enabled = reply.Text("NewEnabled");
+    text.lease = reply.Text("NewLeaseDuration");
+    const bool isEntry = !text.client.empty() || !text.internalPort.empty() || !text.enabled.empty();
+    return isEntry ? UPNPCOMMAND_SUCCESS : UPNPCOMMAND_INVALID_RESPONSE;
   });
-  if (!answer.IsDone()) return answer;
-  mapping = {};
-  if (!ReadNumber(external, mapping.externalPort)) return Answer::Refused(error::kActionFailed);
-  ReadNumber(internal, mapping.internalPort);
-  ReadNumber(lease, mapping.lease);
-  mapping.protocol = std::string_view(protocol.data()) == "UDP" ? Protocol::kUdp : Protocol::kTcp;
-  mapping.client = client.data();
-  mapping.description = description.data();
-  mapping.enabled = IsOn(enabled);
-  mapping.remoteHost = host.data();
+  if (answer.IsDone()) mapping = ReadEntry(text).value_or(PortMapping());
   return answer;
 }
 
+Answer MiniupnpcGateway::EntryAt(std::uint32_t index, PortMapping& mapping) {
+  const std::string position = std::to_string(index);
+  return ReadOne("GetGenericPortMappingEntry", {{"NewPortMappingIndex", position.c_str()}}, {}, mapping);
+}
+
 Answer MiniupnpcGateway::Entry(const PortKey& key, PortMapping& mapping) {
-  const std::string port = std::to_string(key.first);
-  std::array<char, 16> client{};
-  std::array<char, 6> internal{};
-  std::array<char, 80> description{};
-  std::array<char, 4> enabled{};
-  std::array<char, 16> lease{};
-  const Answer answer = Call([&] {
-    return UPNP_GetSpecificPortMappingEntry(controlUrl_.c_str(), serviceType_.c_str(), port.c_str(),
-                                            NameOf(key.second), nullptr, client.data(), internal.data(),
-                                            description.data(), enabled.data(), lease.data());
-  });
-  if (!answer.IsDone()) return answer;
-  mapping = {};
-  mapping.externalPort = key.first;
-  mapping.protocol = key.second;
-  ReadNumber(internal, mapping.internalPort);
-  ReadNumber(lease, mapping.lease);
-  mapping.client = client.data();
-  mapping.description = description.data();
-  mapping.enabled = IsOn(enabled);
-  return answer;
+  EntryText text;
+  text.externalPort = std::to_string(key.first);
+  text.protocol = NameOf(key.second);
+  return ReadOne("GetSpecificPortMappingEntry",
+                 {{"NewRemoteHost", nullptr},
+                  {"NewExternalPort", text.externalPort.c_str()},
+                  {"NewProtocol", text.protocol.c_str()}},
+                 text, mapping);
 }
 
 Answer MiniupnpcGateway::ExternalAddress(std::string& address) {
@@ -165,24 +157,6 @@ Answer MiniupnpcGateway::Status(ConnectionStatus& status) {
   status.connected = status.text == "Connected" || status.text == "Up";
   status.upTime = upTime;
   return answer;
-}
-
-std::vector<Added> MiniupnpcGateway::AddAll(std::span<const PortMapping> mappings, bool readBack) {
-  std::vector<Added> additions(mappings.size());
-  InLanes(mappings.size(), [&](std::size_t i) {
-    additions[i] = AddOne(mappings[i], readBack);
-    return additions[i].answer.IsDone();
-  });
-  return additions;
-}
-
-std::vector<Lookup> MiniupnpcGateway::Entries(std::span<const PortKey> keys) {
-  std::vector<Lookup> lookups(keys.size());
-  InLanes(keys.size(), [&](std::size_t i) {
-    lookups[i].answer = Entry(keys[i], lookups[i].mapping);
-    return lookups[i].answer.IsDone() || IsMissing(lookups[i].answer);
-  });
-  return lookups;
 }
 
 }  // namespace upnp

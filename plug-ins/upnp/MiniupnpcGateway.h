@@ -4,8 +4,12 @@
 #include <chrono>
 #include <functional>
 #include <string>
+#include <vector>
 
+#include "rules/EntryText.h"
 #include "rules/Gateway.h"
+
+struct UPNParg;
 
 namespace upnp {
 
@@ -18,18 +22,16 @@ class MiniupnpcGateway final : public Gateway {
   MiniupnpcGateway(std::string controlUrl, std::string serviceType, const std::atomic<bool>& calledOff,
                    std::chrono::milliseconds callTime = kCallTime);
 
-  Answer Add(const PortMapping& mapping) override;
+  Traits Abilities() const override;
+  Granted Add(const PortMapping& mapping) override;
   Answer Delete(const PortKey& key) override;
   Answer EntryAt(std::uint32_t index, PortMapping& mapping) override;
   Answer Entry(const PortKey& key, PortMapping& mapping) override;
   Answer ExternalAddress(std::string& address) override;
   Answer Status(ConnectionStatus& status) override;
 
-  /// These two keep several calls under way at once, since most of a call is waiting.
-  std::vector<Added> AddAll(std::span<const PortMapping> mappings, bool readBack) override;
-  std::vector<Lookup> Entries(std::span<const PortKey> keys) override;
-
  private:
+  Answer ReadOne(const char* action, std::vector<UPNParg> arguments, EntryText text, PortMapping& mapping);
   Answer Call(const std::function<int()>& call) const;
 
   std::string controlUrl_;

@@ -37,6 +37,21 @@ class UdpSocket {
   SOCKET socket_;
 };
 
+/// A TCP socket of IPv4 that closes itself. Needs a SocketLibrary.
+class TcpSocket {
+ public:
+  TcpSocket() : socket_(socket(AF_INET, SOCK_STREAM, IPPROTO_TCP)) {}
+  TcpSocket(const TcpSocket&) = delete;
+  TcpSocket& operator=(const TcpSocket&) = delete;
+  ~TcpSocket() {
+    if (socket_ != INVALID_SOCKET) closesocket(socket_);
+  }
+  SOCKET Handle() const { return socket_; }
+
+ private:
+  SOCKET socket_;
+};
+
 /// `address` is dotted; an empty one is every address of this computer.
 inline sockaddr_in SocketAddress(const std::string& address, std::uint16_t port) {
   sockaddr_in result = {};

@@ -1,39 +1,47 @@
 #include "SsdpListener.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
-#include "WindowsNetwork.h"
-
 namespace upnp {
 
-SsdpListener::SsdpListener() : event_(WSACreateEvent()) {
-  const int shared = 1;
-  setsockopt(socket_.Handle(), SOL_SOCKET, SO_REUSEADDR, reinterpret_cast<const char*>(&shared),
-             sizeof shared);
-  const sockaddr_in everywhere = SocketAddress({}, kSsdpPort);
-  bound_ = bind(socket_.Handle(), reinterpret_cast<const sockaddr*>(&everywhere), sizeof everywhere) == 0;
-  if (bound_) WSAEventSelect(socket_.Handle(), event_, FD_READ);
-  JoinAdapters();
-}
+SsdpListener::SsdpListener() : event_(WSACreateEvent()) {}
 
 SsdpListener::~SsdpListener() {
+  ears_.clear();
   WSACloseEvent(event_);
 }
 
-void SsdpListener::JoinAdapters() {
-  if (!bound_) return;
-  std::vector<std::string> addresses = AdapterAddresses();
-  if (addresses == joined_) return;
-  for (const std::string& address : addresses) {
-    ip_mreq membership = {};
-    membership.imr_multiaddr.s_addr = inet_addr(kSsdpGroup);
-    membership.imr_interface.s_addr = inet_addr(address.c_str());
-    // Where it is a member already this fails, which is as good.
-    setsockopt(socket_.Handle(), IPPROTO_IP, IP_ADD_MEMBERSHIP, reinterpret_cast<const char*>(&membership),
-               sizeof membership);
+void SsdpListener::Listen(const std::vector<std::string>& adapters) {
+  std::erase_if(ears_, [&](const auto& ear) {
+    return std::find(adapters.begin(), adapters.end(), ear.first) == adapters.end();
+  });
+  for (const std::string& adapter : adapters) {
+    if (!ears_.contains(adapter)) Open(adapter);
   }
-  joined_ = std::move(addresses);
+}
+
+/// A socket that is bound to the group hears the group and nothing else. Where that can't be, as on Windows,
+/// it is bound to the adapter's own address, where Windows hands out what comes to the group on that adapter.
+void SsdpListener::Open(const std::string& adapter) {
+  UdpSocket socket;
+  const int shared = 1;
+  setsockopt(socket.Handle(), SOL_SOCKET, SO_REUSEADDR, reinterpret_cast<const char*>(&shared),
+             sizeof shared);
+  const auto bindTo = [&](const std::string& address) {
+    const sockaddr_in place = SocketAddress(address, kSsdpPort);
+    return bind(socket.Handle(), reinterpret_cast<const sockaddr*>(&place), sizeof place) == 0;
+  };
+  if (!bindTo(kSsdpGroup) && !bindTo(adapter)) return;
+  ip_mreq membership = {};
+  membership.imr_multiaddr.s_addr = inet_addr(kSsdpGroup);
+  membership.imr_interface.s_addr = inet_addr(adapter.c_str());
+  const int joined = setsockopt(socket.Handle(), IPPROTO_IP, IP_ADD_MEMBERSHIP,
+                                reinterpret_cast<const char*>(&membership), sizeof membership);
+  if (joined != 0) return;
+  WSAEventSelect(socket.Handle(), event_, FD_READ);
+  ears_.emplace(adapter, std::move(socket));
 }
 
 std::vector<SsdpMessage> SsdpListener::Take() {
@@ -41,17 +49,18 @@ std::vector<SsdpMessage> SsdpListener::Take() {
   WSAResetEvent(event_);
   // A flood is cut into pieces, between which the commands have their turn.
   constexpr int kMost = 64;
-  for (int i = 0; bound_ && i < kMost; ++i) {
-    std::array<char, 2048> datagram;
-    sockaddr_in sender = {};
-    int senderLength = sizeof sender;
-    const int length = recvfrom(socket_.Handle(), datagram.data(), static_cast<int>(datagram.size()), 0,
-                                reinterpret_cast<sockaddr*>(&sender), &senderLength);
-    if (length <= 0) break;
-    auto message = ReadSsdpMessage({datagram.data(), static_cast<std::size_t>(length)});
-    if (!message) continue;
-    const bool isGone = message->kind == SsdpMessage::Kind::kGone;
-    if (isGone || HostOf(message->location) == DottedAddress(sender)) messages.push_back(std::move(*message));
+  for (const auto& [adapter, socket] : ears_) {
+    for (int i = 0; i < kMost; ++i) {
+      std::array<char, 2048> datagram;
+      sockaddr_in sender = {};
+      int senderLength = sizeof sender;
+      const int length = recvfrom(socket.Handle(), datagram.data(), static_cast<int>(datagram.size()), 0,
+                                  reinterpret_cast<sockaddr*>(&sender), &senderLength);
+      if (length <= 0) break;
+      auto message =
+          ReadSsdpMessage({datagram.data(), static_cast<std::size_t>(length)}, DottedAddress(sender));
+      if (message) messages.push_back(std::move(*message));
+    }
   }
   return messages;
 }

@@ -2,6 +2,7 @@
 
 #include <winsock2.h>
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -10,8 +11,8 @@
 
 namespace upnp {
 
-/// Hears what routers announce of their own accord. Where the port can't be shared it hears nothing, and the
-/// checks in turn have to do. Needs a SocketLibrary.
+/// Hears what routers announce of their own accord, on the adapters that it is told and no others. Where the
+/// port can't be shared it hears nothing, and the checks in turn have to do. Needs a SocketLibrary.
 class SsdpListener {
  public:
   SsdpListener();
@@ -21,16 +22,16 @@ class SsdpListener {
 
   /// Set while something waits to be taken.
   HANDLE Event() const { return event_; }
-  /// What has come since the last call; whoever speaks for another host isn't heard.
+  /// Holds the port on the adapters with these addresses, and lets go of it on all others.
+  void Listen(const std::vector<std::string>& adapters);
+  /// What has come since the last call.
   std::vector<SsdpMessage> Take();
-  /// Joins the group on adapters that are new.
-  void JoinAdapters();
 
  private:
-  UdpSocket socket_;
+  void Open(const std::string& adapter);
+
   HANDLE event_;
-  bool bound_ = false;
-  std::vector<std::string> joined_;
+  std::map<std::string, UdpSocket> ears_;  ///< by the adapter's address
 };
 
 }  // namespace upnp

@@ -4,6 +4,7 @@
 
 #include "ProgressWindow.h"
 #include "Text.h"
+#include "rules/WebAddress.h"
 
 namespace upnp {
 
@@ -18,10 +19,13 @@ constexpr wchar_t kTitle[] = L"UPnP Internet Gateway";
 constexpr short kProblemsFeature = 1;
 constexpr short kTableFeature = 2;
 constexpr short kPageFeature = 3;
+constexpr short kAcceptFeature = 4;
+constexpr short kAnewFeature = 5;
 
 /// The interface stands still meanwhile.
 constexpr DWORD kLongestWaitMilliseconds = 20000;
-constexpr DWORD kLongestFarewellMilliseconds = 5000;
+/// Beyond Engine::kFarewell there is something to write down.
+constexpr DWORD kLongestFarewellMilliseconds = 6000;
 /// The first search takes about half a second where there is a router, and three where there is none.
 constexpr wchar_t kStillLooking[] = L"The plug-in is still looking for the router.";
 
@@ -35,6 +39,19 @@ Wish WishOf(const std::vector<harbourline::Mapping>& mappings, short localOctet)
                              mapping.forwardIPAddress, mapping.clearEntry});
   }
   return wish;
+}
+
+/// Takes our mappings off the router. Those that it still has are taken off at the next start.
+void LeaveRouter(Engine& engine) {
+  engine.Leave();
+  const std::vector<PortMapping> remaining = engine.Remaining();
+  if (remaining.empty()) return;
+  std::string text = "Harbourline UPnP: the router still has";
+  for (const PortMapping& mapping : remaining) {
+    text += (&mapping == &remaining.front() ? " " : ", ") +
+            PortsText(mapping.externalPort, mapping.externalPort, mapping.protocol);
+  }
+  OutputDebugStringA((text + "\n").c_str());
 }
 
 std::wstring ProblemsText(const Known& known) {
@@ -58,8 +75,9 @@ std::wstring ProblemsText(const Known& known) {
 
 }  // namespace
 
-UpnpRouter::UpnpRouter()
-    : settings_(Settings::Load()), events_(new harbourline::EventSource), log_(events_) {}
+UpnpRouter::UpnpRouter() : settings_(Settings::Load()), events_(new harbourline::EventSource), log_(events_) {
+  trace_.SwitchOn(settings_.trace);
+}
 
 std::wstring UpnpRouter::ServerTitle() {
   return kTitle;
@@ -74,7 +92,12 @@ std::wstring UpnpRouter::Version() {
 
 /// The network isn't touched before somebody uses the router.
 Worker& UpnpRouter::InUse() {
-  if (!worker_) worker_ = std::make_unique<Worker>(stored_, settings_.chosenDevice);
+  if (!worker_) {
+    worker_ = std::make_unique<Worker>(stored_, routers_, trace_, settings_.chosenDevice);
+    worker_->Do([lease = settings_.lease](Engine& engine) { engine.AskForLease(lease); });
+    power_ =
+        std::make_unique<PowerWatch>([this] { worker_->Do([](Engine& engine) { engine.LookAround(); }); });
+  }
   worker_->KeepAwake();
   return *worker_;
 }
@@ -120,6 +143,7 @@ bool UpnpRouter::Await(const Task& task) {
 
 Outcome UpnpRouter::SetPortForwarding(const std::vector<harbourline::Mapping>& mappings, short localOctet) {
   Worker& worker = InUse();
+  leftForGood_ = false;
   wished_ = mappings;
   localOctet_ = localOctet;
   const auto task =
@@ -157,7 +181,7 @@ Outcome UpnpRouter::Configure() {
     SetForegroundWindow(dialog_->Handle());
     return Outcome::kNotDone;
   }
-  ConfigureDialog dialog(InUse(), {settings_.chosenDevice, settings_.syslogPort},
+  ConfigureDialog dialog(InUse(), {settings_.chosenDevice, settings_.syslogPort, settings_.trace},
                          [this] { return log_.ArrivalText(); });
   dialog_ = &dialog;
   bool accepted = false;
@@ -171,13 +195,14 @@ Outcome UpnpRouter::Configure() {
   if (!accepted) return Outcome::kNotDone;
   const ConfigureDialog::Choice& choice = dialog.Result();
   settings_.syslogPort = choice.syslogPort;
-  if (settings_.chosenDevice != choice.device) {
-    settings_.chosenDevice = choice.device;
-    const auto task =
-        InUse().DoInstead([device = settings_.chosenDevice](Engine& engine) { engine.Choose(device); });
-    // What is asked next is about the router that was chosen.
-    Await(*task);
-  }
+  settings_.trace = choice.trace;
+  trace_.SwitchOn(settings_.trace);
+  settings_.chosenDevice = choice.device;
+  // Even the choice that was made before: the OK is a yes to the router that is there now.
+  const auto task =
+      InUse().DoInstead([device = settings_.chosenDevice](Engine& engine) { engine.Choose(device); });
+  // What is asked next is about the router that was chosen.
+  Await(*task);
   settings_.Save();
   FollowLog();
   return Outcome::kDone;
@@ -185,9 +210,23 @@ Outcome UpnpRouter::Configure() {
 
 void UpnpRouter::ApplicationExiting(const std::wstring&) {
   table_.reset();
+  power_.reset();
   if (!worker_) return;
   log_.Follow(false, settings_.syslogPort, {});
-  const auto task = worker_->DoInstead([](Engine& engine) { engine.Leave(); });
+  TakeLeave();
+}
+
+/// Another plug-in may have been chosen: nobody looks after our mappings then.
+UpnpRouter::~UpnpRouter() {
+  table_.reset();
+  power_.reset();
+  if (!leftForGood_) TakeLeave();
+}
+
+void UpnpRouter::TakeLeave() {
+  if (!worker_) return;
+  leftForGood_ = true;
+  const auto task = worker_->DoInstead([](Engine& engine) { LeaveRouter(engine); });
   WaitForSingleObject(task->DoneEvent(), kLongestFarewellMilliseconds);
 }
 
@@ -196,6 +235,8 @@ std::vector<harbourline::Feature> UpnpRouter::Features() {
   const bool well = known.looked && known.total == 0 && known.report.problems.empty();
   std::vector<harbourline::Feature> features = {{well ? L"All is well" : L"What is wrong?", kProblemsFeature},
                                                 {L"Show router's mappings", kTableFeature}};
+  if (known.report.foreign) features.push_back({L"Use this router", kAcceptFeature});
+  if (known.report.functional) features.push_back({L"Set the mappings anew", kAnewFeature});
   if (!known.report.current.page.empty()) features.push_back({L"Open router's page", kPageFeature});
   return features;
 }
@@ -207,13 +248,16 @@ void UpnpRouter::ActivateFeature(const std::wstring&, short identifier) {
     if (!table_) table_ = std::make_unique<TableWindow>(worker);
     table_->BringToFront();
   }
-  if (identifier == kPageFeature) {
-    const std::wstring page = Wide(worker.Look().report.current.page);
-    // A page of the router's is a web page and nothing else that the shell could open.
-    if (page.rfind(L"http://", 0) == 0 || page.rfind(L"https://", 0) == 0) {
-      ShellExecuteW(nullptr, L"open", page.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
-    }
-  }
+  if (identifier == kAcceptFeature) worker.Do([](Engine& engine) { engine.AcceptRouter(); });
+  if (identifier == kAnewFeature) worker.Do([](Engine& engine) { engine.SetAnew(); });
+  if (identifier == kPageFeature) OpenPage();
+}
+
+/// The shell gets a web page of the router's own and nothing else that it could open.
+void UpnpRouter::OpenPage() {
+  const FoundGateway router = InUse().Look().report.current;
+  const std::wstring page = Wide(RouterPage(router.page, router.Address()));
+  if (!page.empty()) ShellExecuteW(nullptr, L"open", page.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
 }
 
 void UpnpRouter::ShowProblems() {

@@ -7,9 +7,11 @@
 #include "ActivityLog.h"
 #include "ConfigureDialog.h"
 #include "HarbourlinePlugIn.h"
+#include "PowerWatch.h"
 #include "Settings.h"
 #include "TableWindow.h"
 #include "Worker.h"
+#include "rules/TraceFile.h"
 
 namespace upnp {
 
@@ -18,6 +20,7 @@ namespace upnp {
 class UpnpRouter final : public harbourline::RouterPlugIn {
  public:
   UpnpRouter();
+  ~UpnpRouter() override;
 
  protected:
   std::wstring ServerTitle() override;
@@ -44,18 +47,24 @@ class UpnpRouter final : public harbourline::RouterPlugIn {
   Worker& InUse();
   bool Await(const Task& task);
   bool FollowLog();
+  void TakeLeave();
   void ShowProblems();
   void TellAboutExposedHost();
+  void OpenPage();
 
   Settings settings_;
   StoredMappings stored_;
+  StoredRouters routers_;
+  TraceFile trace_{TracePath()};
   harbourline::Ref<harbourline::EventSource> events_;
   ActivityLog log_;
   std::unique_ptr<Worker> worker_;
+  std::unique_ptr<PowerWatch> power_;
   std::unique_ptr<TableWindow> table_;
   ConfigureDialog* dialog_ = nullptr;  ///< while it is on the screen
   std::vector<harbourline::Mapping> wished_;
   short localOctet_ = 0;
+  bool leftForGood_ = false;  ///< nothing of ours is to be on the router any more
   bool exposedHostToTell_ = false;
   bool exposedHostTold_ = false;
   bool showingProblems_ = false;

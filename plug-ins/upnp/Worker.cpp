@@ -4,8 +4,10 @@
 #include <array>
 #include <chrono>
 #include <exception>
+#include <optional>
 #include <utility>
 
+#include "NetworkChanges.h"
 #include "Socket.h"
 #include "SsdpListener.h"
 #include "WindowsNetwork.h"
@@ -16,7 +18,10 @@ namespace {
 
 /// A program that uses the plug-in asks for warnings three times a second.
 constexpr ULONGLONG kAsleepAfterMilliseconds = 5 * 60 * 1000;
-constexpr Moment kTakeUpAgain = std::chrono::seconds(1);
+/// A change of the network comes in several pieces: the address, then the route.
+constexpr Moment kSettle = std::chrono::milliseconds(1500);
+/// A check that failed without moving its own time must not run again and again.
+constexpr Moment kShortestPause = std::chrono::milliseconds(500);
 
 class SteadyClock final : public Clock {
  public:
@@ -52,15 +57,17 @@ void Task::Run(Engine& engine) {
   work_(engine);
 }
 
-Worker::Worker(MappingStore& store, std::string chosenDevice)
+Worker::Worker(MappingStore& store, RouterStore& routers, Trace& trace, std::string chosenDevice)
     : store_(store),
+      routers_(routers),
+      trace_(trace),
       chosenDevice_(std::move(chosenDevice)),
       wake_(CreateEventW(nullptr, FALSE, FALSE, nullptr)),
       lastUse_(GetTickCount64()),
       thread_([this] { Run(); }) {}
 
 Worker::~Worker() {
-  stop_ = true;
+  stop_ = hurry_ = true;
   SetEvent(wake_);
   thread_.join();
   CloseHandle(wake_);
@@ -95,7 +102,7 @@ std::shared_ptr<Task> Worker::Queue(std::function<void(Engine&)> work, bool inst
   {
     const std::lock_guard lock(mutex_);
     tasks_.emplace_back(task, instead);
-    if (instead) ++newerWishes_;
+    if (instead) hurry_ = ++newerWishes_ > 0;
   }
   SetEvent(wake_);
   return task;
@@ -107,7 +114,7 @@ bool Worker::GoOn(std::size_t done, std::size_t total) {
     known_.done = done;
     known_.total = total;
   }
-  return !stop_ && newerWishes_ == 0;
+  return IsWanted();
 }
 
 void Worker::Publish(const Engine& engine) {
@@ -124,7 +131,7 @@ void Worker::RunTasks(Engine& engine) {
       const std::lock_guard lock(mutex_);
       if (tasks_.empty()) return;
       task = tasks_.front().first;
-      if (tasks_.front().second) --newerWishes_;
+      if (tasks_.front().second) hurry_ = --newerWishes_ > 0 || stop_;
       tasks_.pop_front();
     }
     Guarded([&] { task->Run(engine); });
@@ -133,38 +140,49 @@ void Worker::RunTasks(Engine& engine) {
   }
 }
 
-void Worker::LookAfterTheRouter(Engine& engine, const std::vector<SsdpMessage>& announcements,
-                                bool checkIsDue) {
-  if (!IsAwake()) return;
-  Guarded([&] {
-    for (const SsdpMessage& message : announcements) engine.Hear(message);
-    if (checkIsDue) engine.Check();
-  });
+/// The port is held while it is of use, and where: on the adapter of the router in use, or on all of them
+/// while a router is looked for.
+std::vector<std::string> Worker::AdaptersToHear(const Engine& engine) const {
+  if (!IsAwake()) return {};
+  const Report& report = engine.State();
+  if (report.functional && !report.current.localAddress.empty()) return {report.current.localAddress};
+  return AdapterAddresses();
 }
 
 void Worker::Run() {
   const SocketLibrary library;
   const SteadyClock clock;
   OwnMappings own(store_);
-  WindowsNetwork network(stop_);
-  Engine engine(network, own, clock, *this, chosenDevice_);
+  KnownRouters known(routers_);
+  WindowsNetwork network(stop_, hurry_);
+  Engine engine(network, own, known, clock, *this, trace_, chosenDevice_);
   SsdpListener announcements;
-  Guarded([&] { engine.SearchAgain(); });
+  NetworkChanges changes;
+  std::optional<Moment> lookAround;
+  Guarded([&] { engine.Check(); });
   Publish(engine);
-  Moment nextCheck = clock.Now() + Engine::kCheckInterval;
   while (!stop_) {
-    const std::array<HANDLE, 2> events = {wake_, announcements.Event()};
+    announcements.Listen(AdaptersToHear(engine));
+    const Moment earliest = clock.Now() + kShortestPause;
+    const Moment due =
+        IsAwake() ? std::max(engine.NextCheck(), earliest) : clock.Now() + Engine::kCheckInterval;
+    const std::array<HANDLE, 3> events = {wake_, announcements.Event(), changes.Event()};
     WaitForMultipleObjects(static_cast<DWORD>(events.size()), events.data(), FALSE,
-                           WaitUntil(nextCheck, clock.Now()));
+                           WaitUntil(std::min(due, lookAround.value_or(due)), clock.Now()));
     if (stop_) break;
     RunTasks(engine);
-    const bool checkIsDue = clock.Now() >= nextCheck;
-    LookAfterTheRouter(engine, announcements.Take(), checkIsDue);
-    if (checkIsDue) {
-      announcements.JoinAdapters();
-      nextCheck = clock.Now() + Engine::kCheckInterval;
-    }
-    if (engine.IsUnfinished()) nextCheck = std::min(nextCheck, clock.Now() + kTakeUpAgain);
+    if (changes.Take() && !lookAround) lookAround = clock.Now() + kSettle;
+    const std::vector<SsdpMessage> heard = announcements.Take();
+    if (!IsAwake()) continue;
+    Guarded([&] {
+      for (const SsdpMessage& message : heard) engine.Hear(message);
+      if (lookAround && clock.Now() >= *lookAround) {
+        lookAround.reset();
+        engine.LookAround();
+      } else if (clock.Now() >= engine.NextCheck()) {
+        engine.Check();
+      }
+    });
     Publish(engine);
   }
 }

@@ -47,8 +47,9 @@ class Task {
 /// task.
 class Worker final : private Progress {
  public:
-  /// `chosenDevice` is the user's choice of a router, or empty. The store must outlive the worker.
-  Worker(MappingStore& store, std::string chosenDevice);
+  /// `chosenDevice` is the user's choice of a router, or empty. The stores and the trace must outlive the
+  /// worker.
+  Worker(MappingStore& store, RouterStore& routers, Trace& trace, std::string chosenDevice);
   /// Calls off what is under way.
   ~Worker();
   Worker(const Worker&) = delete;
@@ -63,17 +64,21 @@ class Worker final : private Progress {
 
  private:
   bool GoOn(std::size_t done, std::size_t total) override;
+  bool IsWanted() const override { return !stop_ && newerWishes_ == 0; }
   void Run();
   void RunTasks(Engine& engine);
-  void LookAfterTheRouter(Engine& engine, const std::vector<SsdpMessage>& announcements, bool checkIsDue);
+  std::vector<std::string> AdaptersToHear(const Engine& engine) const;
   void Publish(const Engine& engine);
   bool IsAwake() const;
   std::shared_ptr<Task> Queue(std::function<void(Engine&)> work, bool instead);
 
   MappingStore& store_;
+  RouterStore& routers_;
+  Trace& trace_;
   const std::string chosenDevice_;
   HANDLE wake_;
   std::atomic<bool> stop_{false};
+  std::atomic<bool> hurry_{false};  ///< a newer wish waits, or the end: no search is worth waiting for
   std::atomic<int> newerWishes_{0};
   std::atomic<ULONGLONG> lastUse_;
   mutable std::mutex mutex_;

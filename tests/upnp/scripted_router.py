@@ -7,19 +7,24 @@ packet. --table names a file that always holds its mappings, one a line:
     TCP 8081 192.168.77.2:8080 600 description
 
 --journal names a file with a line for each request: a search, a description, an action with its answer. SIGUSR1 restarts
-it: its table is lost, its boot identifier grows, its up-time begins anew, and it announces itself.
+it: its table is lost, its boot identifier grows, its up-time begins anew, and it announces itself. --habit gives it habits
+of real routers (router_habits.py).
 """
 
 import argparse
 import contextlib
 import http.server
 import re
+import select
 import signal
 import socket
 import struct
 import threading
 import time
 from xml.sax.saxutils import escape
+
+import router_habits
+from router_refusal import Refusal
 
 GROUP = "239.255.255.250"
 SSDP_PORT = 1900
@@ -37,16 +42,11 @@ ERRORS = {
 }
 
 
-class Refusal(Exception):
-    def __init__(self, code):
-        super().__init__(code)
-        self.code = code
-
-
 def options():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--address", default="192.168.77.1", help="its own, on the LAN")
     parser.add_argument("--name", default="Scripted Router")
+    parser.add_argument("--model", default="Script")
     parser.add_argument("--uuid", default="0d1f7c56-9d0e-4c0b-8a3e-6c1b2d3e4f50")
     parser.add_argument("--version", type=int, choices=(1, 2), default=1, help="of the gateway device")
     parser.add_argument("--service", choices=("WANIPConnection", "WANPPPConnection"), default="WANIPConnection")
@@ -65,21 +65,52 @@ def options():
     faults.add_argument("--owned", type=int, action="append", default=[], metavar="PORT", help="of another host: 718")
     faults.add_argument("--refuse-below", type=int, default=0, metavar="PORT", help="606 for ports below")
     faults.add_argument("--delay", type=float, default=0, metavar="SECONDS", help="before each answer to an action")
+    faults.add_argument("--longest-lease", type=int, default=0, metavar="SECONDS", help="grants no longer leases")
+    faults.add_argument("--habit", action="append", default=[], metavar="NAME", help="of habits/*.py")
     return parser.parse_args()
 
 
 class Table:
     """The mappings in their order, by protocol and external port."""
 
-    def __init__(self, settings):
-        self.settings = settings
-        self.lock = threading.Lock()
+    def __init__(self, router):
+        self.router = router
+        self.settings = router.settings
+        self.lock = threading.RLock()
         self.entries = {}
+        self.ends = {}
         self.restart()
+
+    def expire(self):
+        """Takes out the mappings whose leases are over."""
+        with self.lock:
+            over = [key for key, end in self.ends.items() if end <= time.monotonic()]
+            for key in over:
+                del self.ends[key]
+                if self.entries.pop(key, None):
+                    self.router.note(f"expired {key[0]} {key[1]}")
+            if over:
+                self.write()
+
+    def put(self, entry):
+        key = entry["NewProtocol"], entry["NewExternalPort"]
+        self.entries[key] = entry
+        self.ends.pop(key, None)
+        if entry["NewLeaseDuration"]:
+            self.ends[key] = time.monotonic() + entry["NewLeaseDuration"]
+        self.write()
+
+    def shown(self, key):
+        """An entry as it is read out: with what is left of its lease."""
+        entry = dict(self.entries[key])
+        if key in self.ends:
+            entry["NewLeaseDuration"] = max(1, round(self.ends[key] - time.monotonic()))
+        return self.router.habit("show", entry) or entry
 
     def restart(self):
         with self.lock:
             self.entries = {}
+            self.ends = {}
             for number in range(self.settings.entries):
                 port = 50000 + number % 10000
                 protocol = "TCP" if number < 10000 else "UDP"
@@ -129,8 +160,12 @@ class Table:
                 raise Refusal(718)
             if self.settings.lies:
                 return
-            self.entries[key] = self.entry(*key, client, internal, lease, description)
-            self.write()
+            if self.settings.longest_lease:
+                lease = min(lease or self.settings.longest_lease, self.settings.longest_lease)
+            entry = self.entry(*key, client, internal, lease, description)
+            kept = self.router.habit("keep", entry)
+            if kept is not False:
+                self.put(kept or entry)
 
     def delete(self, arguments):
         with self.lock:
@@ -140,32 +175,45 @@ class Table:
 
     def specific(self, arguments):
         with self.lock:
-            entry = self.entries.get((arguments["NewProtocol"], int(arguments["NewExternalPort"])))
-        if entry is None:
-            raise Refusal(714)
+            key = arguments["NewProtocol"], int(arguments["NewExternalPort"])
+            if key not in self.entries:
+                raise Refusal(714)
+            entry = self.shown(key)
         names = ("NewInternalPort", "NewInternalClient", "NewEnabled", "NewPortMappingDescription", "NewLeaseDuration")
         return {name: entry[name] for name in names}
 
     def generic(self, arguments):
         index = int(arguments["NewPortMappingIndex"])
         with self.lock:
-            entries = list(self.entries.values())
-        if not 0 <= index < len(entries):
-            raise Refusal(713)
-        return entries[index]
+            keys = list(self.entries)
+            if not 0 <= index < len(keys):
+                raise Refusal(713)
+            return self.shown(keys[index])
 
 
 class Router:
     def __init__(self, settings):
         self.settings = settings
-        self.table = Table(settings)
+        self.habits = router_habits.load(settings.habit)
+        self.journal_lock = threading.Lock()
+        self.table = Table(self)
         self.boot_identifier = 1
         self.started = time.monotonic()
-        self.journal_lock = threading.Lock()
         self.device = f"urn:schemas-upnp-org:device:InternetGatewayDevice:{settings.version}"
         service_version = settings.version if settings.service == "WANIPConnection" else 1
         self.service = f"urn:schemas-upnp-org:service:{settings.service}:{service_version}"
         self.port = 0
+
+    def habit(self, place, *arguments):
+        """What the first habit with an opinion says at this place; None when none has one."""
+        for one in self.habits:
+            answer = getattr(one, place)(self, *arguments)
+            if answer is not None:
+                return answer
+        return None
+
+    def uuid(self):
+        return self.habit("uuid") or self.settings.uuid
 
     def note(self, text):
         if not self.settings.journal:
@@ -174,17 +222,19 @@ class Router:
             file.write(f"{time.time():.3f} {text}\n")
 
     def location(self):
-        return f"http://{self.settings.address}:{self.port}/description.xml"
+        return self.habit("location") or f"http://{self.settings.address}:{self.port}/description.xml"
 
     def restart(self):
         self.table.restart()
         self.boot_identifier += 1
         self.started = time.monotonic()
+        self.habit("restart")
         self.note("restart")
         announce(self)
 
     def act(self, action, arguments):
         """The answer's arguments, or a Refusal."""
+        self.table.expire()
         failing = dict(fault.partition("=")[::2] for fault in self.settings.fail)
         if action in failing or "all" in failing:
             raise Refusal(int(failing.get(action) or failing.get("all") or 501))
@@ -213,12 +263,13 @@ class Router:
             return (
                 f"<device><deviceType>urn:schemas-upnp-org:device:{kind}:{version}</deviceType>"
                 f"<friendlyName>{escape(name)}</friendlyName><manufacturer>Nobody</manufacturer>"
-                f"<modelName>Script</modelName><UDN>uuid:{self.settings.uuid}</UDN>{inner}</device>"
+                f"<modelName>{escape(self.settings.model)}</modelName><UDN>uuid:{self.uuid()}</UDN>{inner}</device>"
             )
 
         service = (
             f"<serviceList><service><serviceType>{self.service}</serviceType>"
-            "<serviceId>urn:upnp-org:serviceId:WANConn1</serviceId><controlURL>/control</controlURL>"
+            "<serviceId>urn:upnp-org:serviceId:WANConn1</serviceId>"
+            f"<controlURL>{escape(self.habit('control') or '/control')}</controlURL>"
             "<eventSubURL>/events</eventSubURL><SCPDURL>/service.xml</SCPDURL></service></serviceList>"
         )
         common = (
@@ -229,7 +280,8 @@ class Router:
         )
         connection = device("WANConnectionDevice", "Connection", service)
         wan = device("WANDevice", "WAN", f"{common}<deviceList>{connection}</deviceList>")
-        page = f"<presentationURL>http://{self.settings.address}:{self.port}/</presentationURL>"
+        address = self.habit("page") or f"http://{self.settings.address}:{self.port}/"
+        page = f"<presentationURL>{escape(address)}</presentationURL>"
         root = device("InternetGatewayDevice", self.settings.name, f"<deviceList>{wan}</deviceList>{page}")
         return (
             '<?xml version="1.0"?>\n<root xmlns="urn:schemas-upnp-org:device-1-0">'
@@ -265,6 +317,8 @@ def make_handler(router):
 
         def do_GET(self):
             router.note(f"GET {self.path}")
+            if router.habit("get", self):
+                return
             if self.path != "/description.xml":
                 self.send(200, "<html><body>A scripted router.</body></html>", "text/html")
             elif router.settings.description == "endless":
@@ -286,6 +340,9 @@ def make_handler(router):
                 self.send_endlessly()
                 return
             try:
+                if router.habit("post", self, action, arguments):
+                    router.note(f"{action} {arguments.get('NewExternalPort', '')} by habit")
+                    return
                 answer = router.act(action, arguments)
                 router.note(f"{action} {arguments.get('NewExternalPort', '')} done")
                 self.send(200, envelope(f"u:{action}Response", router.service, answer))
@@ -319,11 +376,11 @@ def wrapped(body):
 
 
 def announced_types(router):
-    return ["upnp:rootdevice", f"uuid:{router.settings.uuid}", router.device, router.service]
+    return ["upnp:rootdevice", f"uuid:{router.uuid()}", router.device, router.service]
 
 
 def headers(router, kind_header, kind):
-    identifier = f"uuid:{router.settings.uuid}"
+    identifier = f"uuid:{router.uuid()}"
     name = identifier if kind == identifier else f"{identifier}::{kind}"
     return (
         f"CACHE-CONTROL: max-age=120\r\n{kind_header}: {kind}\r\nUSN: {name}\r\nEXT:\r\n"
@@ -342,9 +399,14 @@ def announce(router):
 
 
 def answer_searches(router):
-    with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as listener:
+    with (
+        socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as listener,
+        socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as own,
+    ):
         listener.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
         listener.bind((GROUP, SSDP_PORT))
+        # A search may come to the router's own address, too.
+        own.bind((router.settings.address, SSDP_PORT))
         membership = struct.pack("4s4s", socket.inet_aton(GROUP), socket.inet_aton(router.settings.address))
         listener.setsockopt(socket.IPPROTO_IP, socket.IP_ADD_MEMBERSHIP, membership)
         # An answer must come from the router's own address, of which its network card may have several.
@@ -354,9 +416,11 @@ def answer_searches(router):
                 with open(router.settings.ready, "w", encoding="utf-8") as file:
                     file.write(router.location() + "\n")
             announce(router)
+            router.habit("start")
             while True:
-                data, asker = listener.recvfrom(65536)
-                answer_search(router, sender, data.decode("latin-1"), asker)
+                for ready in select.select([listener, own], [], [])[0]:
+                    data, asker = ready.recvfrom(65536)
+                    answer_search(router, sender, data.decode("latin-1"), asker)
 
 
 def answer_search(router, sender, text, asker):
@@ -368,13 +432,23 @@ def answer_search(router, sender, text, asker):
         # A device answers for the versions below its own too.
         if any(known == kind or same_or_lower(kind, known) for known in kinds):
             router.note(f"search {kind} from {asker[0]}")
-            sender.sendto(("HTTP/1.1 200 OK\r\n" + headers(router, "ST", kind)).encode(), asker)
+            delay = router.habit("search", kind, asker)
+            if delay is False:
+                continue
+            answer = ("HTTP/1.1 200 OK\r\n" + headers(router, "ST", kind)).encode()
+            threading.Timer(delay or 0, sender.sendto, (answer, asker)).start()
 
 
 def same_or_lower(kind, known):
     name, _, version = kind.rpartition(":")
     known_name, _, known_version = known.rpartition(":")
     return name == known_name and version.isdigit() and known_version.isdigit() and int(version) <= int(known_version)
+
+
+def watch_leases(router):
+    while True:
+        time.sleep(0.5)
+        router.table.expire()
 
 
 def main():
@@ -384,6 +458,7 @@ def main():
     router.port = server.server_address[1]
     signal.signal(signal.SIGUSR1, lambda *_: router.restart())
     threading.Thread(target=server.serve_forever, daemon=True).start()
+    threading.Thread(target=watch_leases, args=(router,), daemon=True).start()
     answer_searches(router)
 
 

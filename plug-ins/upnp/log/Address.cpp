@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "rules/Addresses.h"
+
 namespace upnp::log {
 
 namespace {
@@ -17,17 +19,17 @@ int HexDigit(char c) {
   return -1;
 }
 
-/// Reads the digits at `position` and goes behind them; nothing without digits, or with more than
-/// `mostDigits`.
-std::optional<unsigned> ReadDigits(std::string_view text, std::size_t& position, unsigned base,
-                                   std::size_t mostDigits) {
+/// Reads the hexadecimal digits at `position` and goes behind them; nothing without digits, or with more than
+/// four.
+std::optional<unsigned> ReadGroup(std::string_view text, std::size_t& position) {
+  constexpr std::size_t kMostDigits = 4;
   const std::size_t start = position;
   unsigned value = 0;
   while (position < text.size()) {
     const int digit = HexDigit(text[position]);
-    if (digit < 0 || static_cast<unsigned>(digit) >= base) break;
-    if (position - start == mostDigits) return std::nullopt;
-    value = value * base + static_cast<unsigned>(digit);
+    if (digit < 0) break;
+    if (position - start == kMostDigits) return std::nullopt;
+    value = value * 16 + static_cast<unsigned>(digit);
     ++position;
   }
   if (position == start) return std::nullopt;
@@ -35,16 +37,13 @@ std::optional<unsigned> ReadDigits(std::string_view text, std::size_t& position,
 }
 
 std::optional<Address> ReadIPv4(std::string_view text) {
+  const std::optional<std::uint32_t> number = ParseAddress(text);
+  if (!number) return std::nullopt;
   Address address;
   address.bytes[10] = address.bytes[11] = 0xFF;
-  std::size_t position = 0;
   for (std::size_t i = 0; i < 4; ++i) {
-    if (i > 0 && (position >= text.size() || text[position++] != '.')) return std::nullopt;
-    const std::optional<unsigned> number = ReadDigits(text, position, 10, 3);
-    if (!number || *number > 255) return std::nullopt;
-    address.bytes[kIPv4Start + i] = static_cast<std::uint8_t>(*number);
+    address.bytes[kIPv4Start + i] = static_cast<std::uint8_t>(*number >> (24 - 8 * i));
   }
-  if (position != text.size()) return std::nullopt;
   return address;
 }
 
@@ -53,7 +52,7 @@ std::optional<std::vector<std::uint16_t>> ReadGroups(std::string_view text) {
   std::vector<std::uint16_t> groups;
   std::size_t position = 0;
   while (!text.empty()) {
-    const std::optional<unsigned> group = ReadDigits(text, position, 16, 4);
+    const std::optional<unsigned> group = ReadGroup(text, position);
     if (!group || groups.size() == kGroups) return std::nullopt;
     groups.push_back(static_cast<std::uint16_t>(*group));
     if (position == text.size()) break;
@@ -99,10 +98,13 @@ bool Address::IsIPv4() const {
 }
 
 bool Address::IsPrivate() const {
+  if (IsIPv4()) {
+    std::uint32_t number = 0;
+    for (std::size_t i = kIPv4Start; i < bytes.size(); ++i) number = number << 8U | bytes[i];
+    return IsPrivateAddress(number);
+  }
   static const std::vector<Network> ranges = {
-      {*ReadAddress("10.0.0.0"), 8},    {*ReadAddress("172.16.0.0"), 12},  {*ReadAddress("192.168.0.0"), 16},
-      {*ReadAddress("100.64.0.0"), 10}, {*ReadAddress("169.254.0.0"), 16}, {*ReadAddress("127.0.0.0"), 8},
-      {*ReadAddress("fc00::"), 7},      {*ReadAddress("fe80::"), 10},      {*ReadAddress("::1"), 128}};
+      {*ReadAddress("fc00::"), 7}, {*ReadAddress("fe80::"), 10}, {*ReadAddress("::1"), 128}};
   return std::any_of(ranges.begin(), ranges.end(),
                      [this](const Network& range) { return range.Contains(*this); });
 }

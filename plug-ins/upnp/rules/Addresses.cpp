@@ -1,5 +1,6 @@
 #include "rules/Addresses.h"
 
+#include <algorithm>
 #include <array>
 
 namespace upnp {
@@ -9,6 +10,9 @@ namespace {
 struct Block {
   std::uint32_t address;
   int bits;
+  bool isPrivate = false;  ///< used inside of networks, so that it is seen as a sender there
+
+  bool Contains(std::uint32_t other) const { return (other ^ address) >> (32 - bits) == 0; }
 };
 
 constexpr std::uint32_t Octets(std::uint32_t a, std::uint32_t b, std::uint32_t c) {
@@ -18,15 +22,15 @@ constexpr std::uint32_t Octets(std::uint32_t a, std::uint32_t b, std::uint32_t c
 /// The blocks of the registry of special-purpose IPv4 addresses that aren't reached from the Internet.
 constexpr std::array<Block, 15> kNotPublic = {{
     {Octets(0, 0, 0), 8},
-    {Octets(10, 0, 0), 8},
-    {Octets(100, 64, 0), 10},  // between a provider and its customers
-    {Octets(127, 0, 0), 8},
-    {Octets(169, 254, 0), 16},
-    {Octets(172, 16, 0), 12},
+    {Octets(10, 0, 0), 8, true},
+    {Octets(100, 64, 0), 10, true},  // between a provider and its customers
+    {Octets(127, 0, 0), 8, true},
+    {Octets(169, 254, 0), 16, true},
+    {Octets(172, 16, 0), 12, true},
     {Octets(192, 0, 0), 24},
     {Octets(192, 0, 2), 24},
     {Octets(192, 88, 99), 24},
-    {Octets(192, 168, 0), 16},
+    {Octets(192, 168, 0), 16, true},
     {Octets(198, 18, 0), 15},
     {Octets(198, 51, 100), 24},
     {Octets(203, 0, 113), 24},
@@ -60,9 +64,14 @@ bool IsPublicAddress(std::string_view text) {
   const std::optional<std::uint32_t> address = ParseAddress(text);
   if (!address) return false;
   for (const Block& block : kNotPublic) {
-    if ((*address ^ block.address) >> (32 - block.bits) == 0) return false;
+    if (block.Contains(*address)) return false;
   }
   return true;
+}
+
+bool IsPrivateAddress(std::uint32_t address) {
+  return std::any_of(kNotPublic.begin(), kNotPublic.end(),
+                     [=](const Block& block) { return block.isPrivate && block.Contains(address); });
 }
 
 std::string NeighbourAddress(std::string_view address, int lastOctet) {

@@ -14,6 +14,10 @@ std::optional<std::uint32_t> ParseAddress(std::string_view text);
 /// own networks, documentation, multicast and the like.
 bool IsPublicAddress(std::string_view text);
 
+/// True for the addresses that no router forwards into the Internet: of home networks, of providers' own
+/// networks, link-local ones and this computer itself.
+bool IsPrivateAddress(std::uint32_t address);
+
 /// The computer with that last octet in the network of `address`. Empty when `address` is no address, or the
 /// octet isn't from 1 to 254.
 std::string NeighbourAddress(std::string_view address, int lastOctet);

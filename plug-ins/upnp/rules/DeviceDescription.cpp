@@ -1,51 +1,21 @@
 #include "rules/DeviceDescription.h"
 
 #include <array>
+#include <optional>
 #include <utility>
 
-#include "rules/SsdpMessage.h"
+#include "rules/TagReader.h"
+#include "rules/WebAddress.h"
 
 namespace upnp {
 
 namespace {
 
-/// The text between the first <tag> and its </tag>, trimmed; a name space before the tag's name doesn't
-/// matter.
-std::string_view Element(std::string_view xml, std::string_view tag, std::size_t* after = nullptr) {
-  std::size_t at = 0;
-  while ((at = xml.find('<', at)) != std::string_view::npos) {
-    const std::size_t close = xml.find('>', at);
-    if (close == std::string_view::npos) break;
-    std::string_view name = xml.substr(at + 1, close - at - 1);
-    name = name.substr(0, name.find_first_of(" \t\r\n"));
-    if (const std::size_t colon = name.find(':'); colon != std::string_view::npos && name.front() != '/') {
-      name.remove_prefix(colon + 1);
-    }
-    at = close + 1;
-    if (name != tag || xml[close - 1] == '/') continue;
-    // An element that holds others ends at an end tag of its own name.
-    std::size_t end = at;
-    while ((end = xml.find("</", end)) != std::string_view::npos) {
-      std::string_view rest = xml.substr(end + 2, xml.find('>', end) - end - 2);
-      if (const std::size_t colon = rest.find(':'); colon != std::string_view::npos)
-        rest.remove_prefix(colon + 1);
-      if (rest.substr(0, rest.find_first_of(" \t\r\n")) == tag) break;
-      end += 2;
-    }
-    if (end == std::string_view::npos) break;
-    if (after) *after = end;
-    const std::string_view inner = xml.substr(at, end - at);
-    const std::size_t begin = inner.find_first_not_of(" \t\r\n");
-    if (begin == std::string_view::npos) return {};
-    return inner.substr(begin, inner.find_last_not_of(" \t\r\n") - begin + 1);
-  }
-  if (after) *after = std::string_view::npos;
-  return {};
-}
+constexpr std::size_t kMostConnections = 8;
 
-std::string Text(std::string_view xml, std::string_view tag) {
+std::string Decoded(std::string_view raw) {
   constexpr std::size_t kLongest = 256;
-  std::string text(Element(xml, tag).substr(0, kLongest));
+  std::string text(raw.substr(0, kLongest));
   constexpr std::array<std::pair<std::string_view, char>, 5> kSigns = {
       {{"&lt;", '<'}, {"&gt;", '>'}, {"&quot;", '"'}, {"&apos;", '\''}, {"&amp;", '&'}}};
   for (const auto& [code, sign] : kSigns) {
@@ -55,14 +25,15 @@ std::string Text(std::string_view xml, std::string_view tag) {
   return text;
 }
 
-/// `url` as seen from `base`.
+/// `url` as seen from `base`, always on the host of `base`.
 std::string Absolute(const std::string& url, const std::string& base) {
-  if (url.empty() || !HostOf(url).empty()) return url;
-  constexpr std::size_t kBehindScheme = 7;
-  const std::size_t path = base.find('/', kBehindScheme);
-  if (url.front() == '/') return base.substr(0, path) + url;
-  if (path == std::string::npos) return base + "/" + url;
-  return base.substr(0, base.rfind('/') + 1) + url;
+  if (url.empty()) return {};
+  const std::string host = HostOf(base);
+  if (!HostOf(url).empty()) return WithHost(url, host);
+  if (url.find("://") != std::string::npos) return {};
+  const std::string path = PathOf(base);
+  const std::string inFolder = url.front() == '/' ? url : path.substr(0, path.rfind('/') + 1) + url;
+  return "http://" + host + ":" + std::to_string(PortOf(base)) + inFolder;
 }
 
 bool IsConnection(std::string_view type) {
@@ -70,30 +41,88 @@ bool IsConnection(std::string_view type) {
          type.find(":WANPPPConnection:") != std::string_view::npos;
 }
 
+/// What one pass over the text collects. The elements of the root device come first in the standard's order,
+/// but not in every router's: its own count more than those of the devices within it.
+class Collector {
+ public:
+  void Take(const Tag& tag) {
+    if (tag.kind == Tag::Kind::kEnd) TakeText(tag);
+    if (tag.name == "device") {
+      if (tag.kind == Tag::Kind::kBegin) ++depth_;
+      if (tag.kind == Tag::Kind::kEnd) --depth_;
+    }
+    if (tag.name == "service") TakeService(tag.kind);
+  }
+
+  std::string Text(std::string_view name) const {
+    for (const Field& field : fields_) {
+      if (field.name == name) return Decoded(field.text);
+    }
+    return {};
+  }
+
+  std::vector<std::pair<std::string, std::string>> services;  ///< type and control URL, as they stand there
+
+ private:
+  struct Field {
+    std::string_view name;
+    std::string_view text;
+    int depth = -1;  ///< of the device that it belongs to; -1 while there is none
+  };
+
+  void TakeText(const Tag& tag) {
+    if (inService_ && tag.name == "serviceType" && type_.empty()) type_ = tag.text;
+    if (inService_ && tag.name == "controlURL" && control_.empty()) control_ = tag.text;
+    for (Field& field : fields_) {
+      if (field.name == tag.name && (field.depth < 0 || depth_ < field.depth)) {
+        field.text = tag.text;
+        field.depth = depth_;
+      }
+    }
+  }
+
+  void TakeService(Tag::Kind kind) {
+    if (inService_ && kind == Tag::Kind::kEnd && IsConnection(type_) && services.size() < kMostConnections)
+      services.emplace_back(Decoded(type_), Decoded(control_));
+    inService_ = kind == Tag::Kind::kBegin;
+    type_ = control_ = {};
+  }
+
+  int depth_ = 0;
+  bool inService_ = false;
+  std::string_view type_;
+  std::string_view control_;
+  std::array<Field, 7> fields_ = {{{"UDN", {}},
+                                   {"deviceType", {}},
+                                   {"friendlyName", {}},
+                                   {"manufacturer", {}},
+                                   {"modelName", {}},
+                                   {"presentationURL", {}},
+                                   {"URLBase", {}}}};
+};
+
 }  // namespace
 
 DeviceDescription ReadDescription(std::string_view xml, const std::string& location) {
   DeviceDescription description;
-  description.device = Text(xml, "UDN");
-  description.type = Text(xml, "deviceType");
-  description.name = Text(xml, "friendlyName");
-  description.maker = Text(xml, "manufacturer");
-  description.model = Text(xml, "modelName");
-  std::string base = Text(xml, "URLBase");
-  // A base on another host is a mistake of the router's, or a trap.
-  if (HostOf(base) != HostOf(location)) base = location;
-  description.page = Absolute(Text(xml, "presentationURL"), base);
-  constexpr std::size_t kMostConnections = 16;
-  std::string_view rest = xml;
-  while (description.connections.size() < kMostConnections) {
-    std::size_t after = 0;
-    const std::string_view service = Element(rest, "service", &after);
-    if (after == std::string_view::npos) break;
-    rest.remove_prefix(after);
-    ConnectionService connection{Text(service, "serviceType"), Absolute(Text(service, "controlURL"), base)};
-    if (!IsConnection(connection.type) || connection.controlUrl.empty()) continue;
-    if (HostOf(connection.controlUrl) == HostOf(location))
-      description.connections.push_back(std::move(connection));
+  if (xml.size() > kLongestDescription || HostOf(location).empty()) return description;
+  Collector collected;
+  TagReader reader(xml);
+  while (const std::optional<Tag> tag = reader.Next()) collected.Take(*tag);
+  description.device = collected.Text("UDN");
+  description.type = collected.Text("deviceType");
+  description.name = collected.Text("friendlyName");
+  description.maker = collected.Text("manufacturer");
+  description.model = collected.Text("modelName");
+  const std::string host = HostOf(location);
+  std::string base = WithHost(collected.Text("URLBase"), host);
+  if (base.empty()) base = location;
+  const std::string page = collected.Text("presentationURL");
+  const bool whole = page.find("://") != std::string::npos;
+  description.page = RouterPage(whole || page.empty() ? page : Absolute(page, base), host);
+  for (const auto& [type, control] : collected.services) {
+    ConnectionService connection{type, Absolute(control, base)};
+    if (!connection.controlUrl.empty()) description.connections.push_back(std::move(connection));
   }
   return description;
 }

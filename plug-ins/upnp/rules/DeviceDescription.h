@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,13 +20,17 @@ struct DeviceDescription {
   std::string name;
   std::string maker;
   std::string model;
-  std::string page;  ///< absolute address of the router's own page; empty when it tells none
+  std::string page;  ///< the router's own page, by RouterPage
   std::vector<ConnectionService> connections;
 };
 
-/// Reads a description that came from `location`. What the text lacks stays empty; a text that is no
-/// description gives no connections. Control addresses on another host than the description's are left out: a
-/// router speaks for itself.
+/// What a description may hold at most. What is longer is no description.
+inline constexpr std::size_t kLongestDescription = 64 * 1024;
+
+/// Reads a description that came from `location`, whose host is the address that answered the search. What
+/// the text lacks stays empty; a text that is no description gives no connections. Control addresses lead to
+/// the host of `location`, whatever host the text names: a router speaks for itself, and often by a name or
+/// an address that only it knows.
 DeviceDescription ReadDescription(std::string_view xml, const std::string& location);
 
 }  // namespace upnp

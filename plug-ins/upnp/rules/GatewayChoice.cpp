@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "rules/Addresses.h"
-#include "rules/SsdpMessage.h"
+#include "rules/WebAddress.h"
 
 namespace upnp {
 
@@ -21,11 +21,17 @@ int VersionOf(std::string_view type) {
   return digit >= '0' && digit <= '9' ? digit - '0' : 0;
 }
 
-/// Smaller is better.
+/// Smaller is better. A router that tells no WAN address may have a public one.
+auto MainRankOf(const FoundGateway& gateway) {
+  const bool shutOff = !gateway.wanAddress.empty() && !IsPublicAddress(gateway.wanAddress);
+  return std::make_tuple(!gateway.connected, !gateway.own, shutOff, !gateway.onDefaultRoute);
+}
+
 auto RankOf(const FoundGateway& gateway) {
   const bool isPpp = gateway.serviceType.find(":WANPPPConnection:") != std::string::npos;
-  return std::make_tuple(!gateway.connected, !IsPublicAddress(gateway.wanAddress),
-                         -VersionOf(gateway.deviceType), isPpp, -VersionOf(gateway.serviceType));
+  return std::tuple_cat(MainRankOf(gateway),
+                        std::make_tuple(gateway.wanAddress.empty(), -VersionOf(gateway.deviceType), isPpp,
+                                        -VersionOf(gateway.serviceType)));
 }
 
 }  // namespace
@@ -37,6 +43,10 @@ std::string FoundGateway::Address() const {
 void SortByRank(std::vector<FoundGateway>& gateways) {
   std::stable_sort(gateways.begin(), gateways.end(),
                    [](const FoundGateway& a, const FoundGateway& b) { return RankOf(a) < RankOf(b); });
+}
+
+bool IsWorthTheMove(const FoundGateway& better, const FoundGateway& current) {
+  return MainRankOf(better) < MainRankOf(current);
 }
 
 std::vector<FoundGateway> BestOfEachDevice(std::vector<FoundGateway> gateways) {

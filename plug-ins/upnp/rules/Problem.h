@@ -25,6 +25,7 @@ enum class Trouble {
   kBusy,            ///< the router takes longer than a call may wait
   kDoubleNat,       ///< the router's own WAN address isn't reached from the Internet
   kWanDown,         ///< the router says that it isn't connected
+  kForeignRouter,   ///< the router in use isn't one that the user has said yes to
   kNoExposedHost    ///< a DMZ host was asked for, and UPnP has none
 };
 

@@ -11,17 +11,18 @@ bool IsSameEntry(const PortMapping& a, const PortMapping& b) {
 
 }  // namespace
 
-TableReading ReadTable(Gateway& gateway, const Clock& clock, Moment deadline,
+TableReading ReadTable(GatewaySession& session, const Clock& clock, Moment deadline,
                        const std::function<bool()>& goOn) {
   TableReading reading;
   while (reading.entries.size() < kMostTableEntries && clock.Now() < deadline && goOn()) {
     PortMapping mapping;
-    const Answer answer = gateway.EntryAt(static_cast<std::uint32_t>(reading.entries.size()), mapping);
+    const Answer answer = session.EntryAt(static_cast<std::uint32_t>(reading.entries.size()), mapping);
+    if (reading.entries.empty()) reading.firstAnswer = answer;
     if (!answer.IsDone()) {
       reading.noAnswer = answer.IsNoAnswer();
       // Routers end their table by 713, by 714, or by "invalid arguments".
-      reading.complete = answer.Code() == error::kEndOfTable || answer.Code() == error::kNoSuchEntry ||
-                         (answer.Code() == error::kInvalidArguments && !reading.entries.empty());
+      reading.complete =
+          IsMissing(answer) || (answer.IsRefused(error::kInvalidArguments) && !reading.entries.empty());
       break;
     }
     // A router that overlooks the position answers with one entry for ever.
@@ -31,19 +32,42 @@ TableReading ReadTable(Gateway& gateway, const Clock& clock, Moment deadline,
   return reading;
 }
 
+void KnownPorts::Learn(const PortMapping& mapping) {
+  if (mapping.externalPort == 0 || !mapping.remoteHost.empty()) return;
+  if (mapping.client.empty()) return LearnFree(mapping.Key());
+  if (mapping.lastExternalPort > mapping.externalPort) {
+    ranges_.push_back(mapping);
+  } else {
+    ports_[mapping.Key()] = mapping;
+  }
+}
+
+void KnownPorts::Learn(const TableReading& reading) {
+  for (const PortMapping& entry : reading.entries) Learn(entry);
+  complete_ = complete_ || reading.complete;
+}
+
 void KnownPorts::LearnFree(const PortKey& key) {
   ports_.erase(key);
   free_.insert(key);
 }
 
 KnownPorts::State KnownPorts::StateOf(const PortKey& key) const {
-  if (ports_.contains(key)) return State::kTaken;
+  if (Find(key)) return State::kTaken;
   return complete_ || free_.contains(key) ? State::kFree : State::kUnknown;
 }
 
-const PortMapping* KnownPorts::Find(const PortKey& key) const {
+std::optional<PortMapping> KnownPorts::Find(const PortKey& key) const {
   const auto found = ports_.find(key);
-  return found == ports_.end() ? nullptr : &found->second;
+  if (found != ports_.end()) return found->second;
+  for (PortMapping range : ranges_) {
+    if (range.protocol != key.second || key.first < range.externalPort || key.first > range.lastExternalPort)
+      continue;
+    range.internalPort = static_cast<std::uint16_t>(range.internalPort + (key.first - range.externalPort));
+    range.externalPort = key.first;
+    return range;
+  }
+  return std::nullopt;
 }
 
 }  // namespace upnp

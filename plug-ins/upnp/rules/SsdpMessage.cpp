@@ -1,26 +1,14 @@
 #include "rules/SsdpMessage.h"
 
-#include <algorithm>
 #include <charconv>
+
+#include "log/Characters.h"
+#include "rules/Trim.h"
+#include "rules/WebAddress.h"
 
 namespace upnp {
 
 namespace {
-
-char Lower(char sign) {
-  return sign >= 'A' && sign <= 'Z' ? static_cast<char>(sign - 'A' + 'a') : sign;
-}
-
-bool SameWord(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char left, char right) { return Lower(left) == Lower(right); });
-}
-
-std::string_view Trim(std::string_view text) {
-  const std::size_t begin = text.find_first_not_of(" \t\r");
-  if (begin == std::string_view::npos) return {};
-  return text.substr(begin, text.find_last_not_of(" \t\r") - begin + 1);
-}
 
 std::string_view NextLine(std::string_view& rest) {
   const std::size_t end = rest.find('\n');
@@ -45,19 +33,11 @@ std::optional<Number> ReadNumber(std::string_view text) {
 
 void TakeHeader(SsdpMessage& message, std::string_view name, std::string_view value,
                 std::string_view& state) {
-  if (SameWord(name, "ST") || SameWord(name, "NT")) message.type = value;
-  if (SameWord(name, "NTS")) state = value;
-  if (SameWord(name, "USN")) message.device = value.substr(0, value.find("::"));
-  if (SameWord(name, "LOCATION")) message.location = value;
-  if (SameWord(name, "BOOTID.UPNP.ORG")) message.bootId = ReadNumber<std::uint32_t>(value);
-}
-
-/// "host:port" of an address.
-std::string_view Authority(std::string_view url) {
-  constexpr std::string_view kScheme = "http://";
-  if (!SameWord(url.substr(0, kScheme.size()), kScheme)) return {};
-  url.remove_prefix(kScheme.size());
-  return url.substr(0, url.find('/'));
+  if (log::EqualsIgnoringCase(name, "ST") || log::EqualsIgnoringCase(name, "NT")) message.type = value;
+  if (log::EqualsIgnoringCase(name, "NTS")) state = value;
+  if (log::EqualsIgnoringCase(name, "USN")) message.device = value.substr(0, value.find("::"));
+  if (log::EqualsIgnoringCase(name, "LOCATION")) message.location = value;
+  if (log::EqualsIgnoringCase(name, "BOOTID.UPNP.ORG")) message.bootId = ReadNumber<std::uint32_t>(value);
 }
 
 }  // namespace
@@ -68,12 +48,13 @@ std::string SearchRequest(std::string_view type, int seconds) {
          "\r\n\r\n";
 }
 
-std::optional<SsdpMessage> ReadSsdpMessage(std::string_view datagram) {
+std::optional<SsdpMessage> ReadSsdpMessage(std::string_view datagram, const std::string& sender) {
   const std::string_view first = NextLine(datagram);
   const bool answer = first.starts_with("HTTP/1.") && first.find(" 200") != std::string_view::npos;
   const bool notice = first.starts_with("NOTIFY ");
   if (!answer && !notice) return std::nullopt;
   SsdpMessage message;
+  message.sender = sender;
   std::string_view state;
   while (!datagram.empty()) {
     const std::string_view line = NextLine(datagram);
@@ -85,26 +66,15 @@ std::optional<SsdpMessage> ReadSsdpMessage(std::string_view datagram) {
   }
   if (!IsGatewayType(message.type) || message.device.empty()) return std::nullopt;
   if (notice) {
-    const bool gone = SameWord(state, "ssdp:byebye");
-    if (!gone && !SameWord(state, "ssdp:alive") && !SameWord(state, "ssdp:update")) return std::nullopt;
+    const bool gone = log::EqualsIgnoringCase(state, "ssdp:byebye");
+    if (!gone && !log::EqualsIgnoringCase(state, "ssdp:alive") &&
+        !log::EqualsIgnoringCase(state, "ssdp:update"))
+      return std::nullopt;
     message.kind = gone ? SsdpMessage::Kind::kGone : SsdpMessage::Kind::kAlive;
   }
-  if (message.kind != SsdpMessage::Kind::kGone && HostOf(message.location).empty()) return std::nullopt;
+  message.location = WithHost(message.location, sender);
+  if (message.kind != SsdpMessage::Kind::kGone && message.location.empty()) return std::nullopt;
   return message;
-}
-
-std::string HostOf(std::string_view url) {
-  const std::string_view authority = Authority(url);
-  return std::string(authority.substr(0, authority.find(':')));
-}
-
-std::uint16_t PortOf(std::string_view url) {
-  const std::string_view authority = Authority(url);
-  if (authority.empty()) return 0;
-  const std::size_t colon = authority.find(':');
-  constexpr std::uint16_t kWeb = 80;
-  if (colon == std::string_view::npos) return kWeb;
-  return ReadNumber<std::uint16_t>(authority.substr(colon + 1)).value_or(0);
 }
 
 }  // namespace upnp

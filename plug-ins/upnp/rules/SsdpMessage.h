@@ -26,16 +26,14 @@ struct SsdpMessage {
   Kind kind = Kind::kAnswer;
   std::string type;      ///< of the device or service
   std::string device;    ///< the identifier, "uuid:...", without what follows it
-  std::string location;  ///< address of the description
+  std::string location;  ///< address of the description, at the sender
   std::optional<std::uint32_t> bootId;
+  std::string sender;  ///< dotted address from which it came
 };
 
-/// Reads one datagram. Nothing for anything else, and for what isn't about an Internet gateway.
-std::optional<SsdpMessage> ReadSsdpMessage(std::string_view datagram);
-
-/// The host of "http://host:port/path". Empty for any other text.
-std::string HostOf(std::string_view url);
-/// The port of such an address; 80 when it has none, 0 when the text is no such address.
-std::uint16_t PortOf(std::string_view url);
+/// Reads one datagram that came from `sender`. Nothing for anything else, and for what isn't about an
+/// Internet gateway. The location leads to the sender, whatever host it names: a router names itself by what
+/// only it knows, and anybody else would lead us away.
+std::optional<SsdpMessage> ReadSsdpMessage(std::string_view datagram, const std::string& sender);
 
 }  // namespace upnp

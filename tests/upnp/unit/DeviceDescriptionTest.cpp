@@ -35,11 +35,54 @@ TEST(DeviceDescriptionTest, ReadsTheRouterAndItsConnections) {
   EXPECT_EQ(router.connections[1].controlUrl, "http://192.168.1.1:5000/ctl/ip");
 }
 
-TEST(DeviceDescriptionTest, ControlsOnAnotherHostAreLeftOut) {
-  const std::string text =
-      "<root><device><UDN>uuid:x</UDN><service><serviceType>urn:x:service:WANIPConnection:1</serviceType>"
-      "<controlURL>http://10.9.9.9/ctl</controlURL></service></device></root>";
-  EXPECT_TRUE(ReadDescription(text, kLocation).connections.empty());
+std::string WithControl(const std::string& control) {
+  return "<root><device><UDN>uuid:x</UDN><service><serviceType>urn:x:service:WANIPConnection:1</serviceType>"
+         "<controlURL>" +
+         control + "</controlURL></service></device></root>";
+}
+
+std::string ControlOf(const std::string& text) {
+  const DeviceDescription router = ReadDescription(text, kLocation);
+  return router.connections.empty() ? "none" : router.connections[0].controlUrl;
+}
+
+TEST(DeviceDescriptionTest, ControlsOnAnotherHostAreAskedAtTheRouterItself) {
+  EXPECT_EQ(ControlOf(WithControl("http://10.9.9.9/ctl")), "http://192.168.1.1:80/ctl");
+  EXPECT_EQ(ControlOf(WithControl("http://router.lan:4900/ctl?a=b")), "http://192.168.1.1:4900/ctl?a=b");
+  EXPECT_EQ(ControlOf(WithControl("http://[fe80::1]:4900/ctl")), "http://192.168.1.1:4900/ctl");
+}
+
+TEST(DeviceDescriptionTest, ControlsThatAreNoWebAddressAreLeftOut) {
+  EXPECT_EQ(ControlOf(WithControl("file:///c:/windows")), "none");
+  EXPECT_EQ(ControlOf(WithControl("ftp://192.168.1.1/ctl")), "none");
+  EXPECT_EQ(ControlOf(WithControl("")), "none");
+}
+
+TEST(DeviceDescriptionTest, ABaseOfAnotherHostKeepsItsPortAndPath) {
+  EXPECT_EQ(ControlOf("<root><URLBase>http://router.lan:4900/igd/</URLBase>" + WithControl("ctl")),
+            "http://192.168.1.1:4900/igd/ctl");
+}
+
+TEST(DeviceDescriptionTest, ADescriptionBeyondTheBoundIsNone) {
+  const std::string text = WithControl("/ctl");
+  EXPECT_EQ(ControlOf(text + std::string(kLongestDescription - text.size(), ' ')),
+            "http://192.168.1.1:5000/ctl");
+  EXPECT_EQ(ControlOf(text + std::string(kLongestDescription - text.size() + 1, ' ')), "none");
+}
+
+TEST(DeviceDescriptionTest, WhatTheRootDeviceSaysCountsMoreThanADeviceWithinIt) {
+  const DeviceDescription router = ReadDescription(
+      "<root><device><deviceList><device><UDN>uuid:inner</UDN><modelName>Inner</modelName></device></"
+      "deviceList>"
+      "<UDN>uuid:outer</UDN></device></root>",
+      kLocation);
+  EXPECT_EQ(router.device, "uuid:outer");
+  EXPECT_EQ(router.model, "Inner");
+}
+
+TEST(DeviceDescriptionTest, WhatStandsInACommentIsNotRead) {
+  EXPECT_EQ(ControlOf("<!-- " + WithControl("/old") + " -->" + WithControl("/new")),
+            "http://192.168.1.1:5000/new");
 }
 
 TEST(DeviceDescriptionTest, ABaseOfTheSameHostIsTaken) {
@@ -66,7 +109,7 @@ TEST(DeviceDescriptionTest, AMillionServicesEndSoon) {
   std::string text = "<root>";
   for (int i = 0; i < 20000; ++i)
     text += "<service><serviceType>a:WANIPConnection:1</serviceType><controlURL>/c</controlURL></service>";
-  EXPECT_LE(ReadDescription(text, kLocation).connections.size(), 16u);
+  EXPECT_LE(ReadDescription(text, kLocation).connections.size(), 8u);
 }
 
 }  // namespace

@@ -43,6 +43,38 @@ TEST(GatewayChoiceTest, ConnectedAndPublicComeBeforeEverythingElse) {
               testing::ElementsAre("good", "private", "down"));
 }
 
+TEST(GatewayChoiceTest, TheGatewayOfTheDefaultRouteComesFirstAmongThoseThatWork) {
+  FoundGateway route = Make("route", 1, "WANPPPConnection:1", true, "1.2.3.4");
+  route.onDefaultRoute = true;
+  FoundGateway down = Make("down", 1, "WANIPConnection:1", false, "");
+  down.onDefaultRoute = true;
+  const FoundGateway other = Make("other", 2, "WANIPConnection:2", true, "1.2.3.4");
+  EXPECT_THAT(Order({other, down, route}), testing::ElementsAre("route", "other", "down"));
+  EXPECT_TRUE(IsWorthTheMove(route, other));
+  EXPECT_FALSE(IsWorthTheMove(other, route));
+}
+
+TEST(GatewayChoiceTest, TheUsersOwnRouterComesBeforeAnother) {
+  FoundGateway own = Make("own", 1, "WANIPConnection:1", true, "10.0.0.1");
+  own.own = true;
+  FoundGateway other = Make("other", 2, "WANIPConnection:2", true, "1.2.3.4");
+  other.onDefaultRoute = true;
+  EXPECT_THAT(Order({other, own}), testing::ElementsAre("own", "other"));
+}
+
+TEST(GatewayChoiceTest, ARouterThatTellsNoAddressMayHaveAPublicOne) {
+  FoundGateway mute = Make("mute", 1, "WANIPConnection:1", true, "");
+  EXPECT_THAT(Order({Make("private", 2, "WANIPConnection:2", true, "10.0.0.1"), mute,
+                     Make("public", 1, "WANIPConnection:1", true, "1.2.3.4")}),
+              testing::ElementsAre("public", "mute", "private"));
+  EXPECT_FALSE(IsWorthTheMove(Make("public", 1, "WANIPConnection:1", true, "1.2.3.4"), mute));
+}
+
+TEST(GatewayChoiceTest, AnotherVersionIsNotWorthAMove) {
+  EXPECT_FALSE(IsWorthTheMove(Make("two", 2, "WANIPConnection:2", true, "1.2.3.4"),
+                              Make("one", 1, "WANPPPConnection:1", true, "1.2.3.4")));
+}
+
 TEST(GatewayChoiceTest, OfADeviceWithTwoConnectionsTheOneThatIsUpCounts) {
   const std::vector<FoundGateway> best = BestOfEachDevice(
       {Make("a", 1, "WANIPConnection:1", false, ""), Make("a", 1, "WANPPPConnection:1", true, "1.2.3.4")});

@@ -37,6 +37,38 @@ TEST(OwnMappingsTest, WhatIsForgottenIsGone) {
   EXPECT_EQ(store.text, "");
 }
 
+TEST(OwnMappingsTest, TheDescriptionThatTheRouterShowsIsThereInTheNextRun) {
+  MemoryStore store;
+  OwnMappings own(store);
+  PortMapping mapping = Mapping(80, "192.168.1.5");
+  mapping.description = "Rule\t7\nof 9";
+  own.Remember("uuid:a b", mapping);
+  own.Save();
+  const OwnMappings next(store);
+  EXPECT_TRUE(next.IsShownAs("uuid:a b", mapping));
+  mapping.description = "Rule";
+  EXPECT_TRUE(next.IsShownAs("uuid:a b", mapping));
+  for (const char* other : {"", "Another", "Rule 7 of 9 and more"}) {
+    mapping.description = other;
+    EXPECT_FALSE(next.IsShownAs("uuid:a b", mapping)) << other;
+  }
+}
+
+TEST(OwnMappingsTest, WhatIsOwedIsOwedInTheNextRunUntilItIsWantedAgain) {
+  MemoryStore store;
+  OwnMappings own(store);
+  own.Remember("uuid:a", Mapping(80, "192.168.1.5"));
+  own.Remember("uuid:a", Mapping(81, "192.168.1.5"));
+  own.Remember("uuid:b", Mapping(82, "192.168.1.5"));
+  own.OweAll("uuid:a");
+  own.Remember("uuid:a", Mapping(81, "192.168.1.5"));
+  own.Save();
+  const OwnMappings next(store);
+  EXPECT_THAT(next.Owed("uuid:a"), testing::SizeIs(1));
+  EXPECT_THAT(next.Owed("uuid:b"), testing::IsEmpty());
+  EXPECT_THAT(next.On("uuid:a"), testing::SizeIs(2));
+}
+
 TEST(OwnMappingsTest, NothingNewIsNotWritten) {
   MemoryStore store;
   OwnMappings own(store);

@@ -13,7 +13,7 @@ constexpr char kAnswer[] =
     "Location:http://192.168.1.1:5000/rootDesc.xml\r\nBOOTID.UPNP.ORG: 1700000000\r\n\r\n";
 
 TEST(SsdpMessageTest, ReadsAnAnswer) {
-  const auto message = ReadSsdpMessage(kAnswer);
+  const auto message = ReadSsdpMessage(kAnswer, "192.168.1.1");
   ASSERT_TRUE(message);
   EXPECT_EQ(message->kind, SsdpMessage::Kind::kAnswer);
   EXPECT_EQ(message->device, "uuid:0000-1");
@@ -25,13 +25,26 @@ TEST(SsdpMessageTest, ReadsAnAnnouncementAndALeave) {
   const std::string rest =
       "NT: urn:schemas-upnp-org:service:WANIPConnection:1\r\nusn: uuid:1::x\r\nLOCATION: "
       "http://10.0.0.1/d\r\n";
-  const auto alive = ReadSsdpMessage("NOTIFY * HTTP/1.1\r\nNTS: ssdp:alive\r\n" + rest);
+  const auto alive = ReadSsdpMessage("NOTIFY * HTTP/1.1\r\nNTS: ssdp:alive\r\n" + rest, "10.0.0.1");
   ASSERT_TRUE(alive);
   EXPECT_EQ(alive->kind, SsdpMessage::Kind::kAlive);
   EXPECT_EQ(alive->bootId, std::nullopt);
-  const auto gone = ReadSsdpMessage("NOTIFY * HTTP/1.1\r\nNTS: ssdp:byebye\r\n" + rest);
+  const auto gone = ReadSsdpMessage("NOTIFY * HTTP/1.1\r\nNTS: ssdp:byebye\r\n" + rest, "10.0.0.1");
   ASSERT_TRUE(gone);
   EXPECT_EQ(gone->kind, SsdpMessage::Kind::kGone);
+}
+
+TEST(SsdpMessageTest, ALocationOnAnotherHostLeadsToTheSender) {
+  for (const char* host : {"router.lan", "10.9.8.7", "[fe80::1]"}) {
+    const auto message = ReadSsdpMessage(
+        std::string("HTTP/1.1 200 OK\r\nST: urn:x:device:InternetGatewayDevice:1\r\nUSN: uuid:1\r\nLOCATION: "
+                    "http://") +
+            host + ":49000/a/b.xml\r\n\r\n",
+        "192.168.1.1");
+    ASSERT_TRUE(message) << host;
+    EXPECT_EQ(message->location, "http://192.168.1.1:49000/a/b.xml");
+    EXPECT_EQ(message->sender, "192.168.1.1");
+  }
 }
 
 TEST(SsdpMessageTest, TakesNothingElse) {
@@ -45,7 +58,7 @@ TEST(SsdpMessageTest, TakesNothingElse) {
                     "LOCATION: file:///c/windows\r\n\r\n"),
         std::string(
             "HTTP/1.1 200 OK\r\nST: urn:x:device:InternetGatewayDevice:1\r\nLOCATION: http://a/b\r\n\r\n")}) {
-    EXPECT_FALSE(ReadSsdpMessage(text)) << text;
+    EXPECT_FALSE(ReadSsdpMessage(text, "192.168.1.1")) << text;
   }
 }
 
@@ -57,15 +70,6 @@ TEST(SsdpMessageTest, ASearchHasWhatTheProtocolAsksFor) {
     EXPECT_THAT(search, testing::HasSubstr(line));
   }
   EXPECT_THAT(search, testing::EndsWith("\r\n\r\n"));
-}
-
-TEST(SsdpMessageTest, TakesAddressesApart) {
-  EXPECT_EQ(HostOf("http://192.168.1.1:5000/x"), "192.168.1.1");
-  EXPECT_EQ(PortOf("http://192.168.1.1:5000/x"), 5000);
-  EXPECT_EQ(PortOf("HTTP://192.168.1.1/x"), 80);
-  EXPECT_EQ(PortOf("http://192.168.1.1:99999/x"), 0);
-  EXPECT_EQ(HostOf("https://192.168.1.1/"), "");
-  EXPECT_EQ(PortOf("nothing"), 0);
 }
 
 }  // namespace

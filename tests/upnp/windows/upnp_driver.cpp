@@ -8,6 +8,7 @@
 //   ask MEMBER                a property or function without argument, as Version: its value
 //   warning                   "True" or "False"
 //   features                  the captions, with " | " between them
+//   feature CAPTION           chooses it in the menu: "done", or "there is none"
 //   log on|off                EnableLog and SetLogging: "done" or "not done"
 //   filter PORT               IdentifyPort says from now on that this port is to be left out
 //   dmz OCTET                 "done"
@@ -32,6 +33,7 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "support/Host.h"
@@ -109,6 +111,10 @@ class Driver {
     }
     if (verb == "warning") return TextOf(Call(L"IServer_CheckForWarning", {address_.Reference()}).value);
     if (verb == "features") return Features();
+    if (verb == "feature") {
+      std::getline(words >> std::ws, word);
+      return Activate(word);
+    }
     if (verb == "log") {
       words >> word;
       late::Put(plugIn_.get(), L"IServer_EnableLog", late::Value(word == "on"));
@@ -154,21 +160,40 @@ class Driver {
   }
 
   std::string Features() {
+    std::vector<std::string> captions;
+    for (const auto& [caption, identifier] : ListFeatures()) captions.push_back(caption);
+    return Joined(captions);
+  }
+
+  std::string Activate(const std::string& caption) {
+    for (auto [text, identifier] : ListFeatures()) {
+      if (text != caption) continue;
+      Call(L"IServer_ActivateFeaure", {address_.Reference(), late::Reference(identifier)});
+      return "done";
+    }
+    return "there is none";
+  }
+
+  std::vector<std::pair<std::string, short>> ListFeatures() {
     SAFEARRAYBOUND bound = {0, 0};
     SAFEARRAY* captions = SafeArrayCreate(VT_BSTR, 1, &bound);
     SAFEARRAY* identifiers = SafeArrayCreate(VT_I2, 1, &bound);
     Call(L"IServer_GetFeatures", {late::Reference(captions, VT_BSTR), late::Reference(identifiers, VT_I2)});
-    std::vector<std::string> texts;
+    std::vector<std::pair<std::string, short>> features;
     LONG upper = -1;
     SafeArrayGetUBound(captions, 1, &upper);
     for (LONG i = 0; i <= upper; ++i) {
       BSTR text = nullptr;
-      if (SUCCEEDED(SafeArrayGetElement(captions, &i, &text))) texts.push_back(Narrow(text));
+      short identifier = 0;
+      if (SUCCEEDED(SafeArrayGetElement(captions, &i, &text)) &&
+          SUCCEEDED(SafeArrayGetElement(identifiers, &i, &identifier))) {
+        features.emplace_back(Narrow(text), identifier);
+      }
       SysFreeString(text);
     }
     SafeArrayDestroy(captions);
     SafeArrayDestroy(identifiers);
-    return Joined(texts);
+    return features;
   }
 
   static std::string Joined(const std::vector<std::string>& texts) {
