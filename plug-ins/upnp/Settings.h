@@ -15,7 +15,7 @@ struct Settings {
   bool enableLog = false;
   std::uint16_t syslogPort = 514;
   std::uint32_t lease = 3600;  ///< seconds for which a router is asked to keep a mapping
-  bool trace = false;  ///< what the plug-in does is written to TracePath()
+  bool trace = false;          ///< what the plug-in does is written to TracePath()
 
   /// A value that is missing or of another kind keeps its default.
   static Settings Load();
@@ -23,7 +23,8 @@ struct Settings {
   void Save() const;
 };
 
-/// UpnpRouter.log, in the user's own folder for data of programs: what is stored in the registry has no folder.
+/// UpnpRouter.log, in the user's own folder for data of programs: what is stored in the registry has no
+/// folder.
 std::filesystem::path TracePath();
 
 /// The list of our mappings, under the same key.

@@ -29,6 +29,12 @@ class RouterLogPage : public support::RouterLogTest {
     for (int row = 1; row <= count; ++row) RaiseLog("in", "s", row, "d", 80, "m");
   }
 
+  /// A menu opens only on a window that is loaded.
+  void RightClick() {
+    window.Load();
+    List().UserRightButtonUp();
+  }
+
   std::shared_ptr<support::Script> router;
   std::string popup;
   ui::Menu* choice = nullptr;
@@ -179,7 +185,7 @@ TEST_F(RouterLogPage, ClearsByTheMenuToo) {
   List().UserSelect(0, true);
   world.toolkit.answers = {ui::MessageResult::kYes};
   choice = &ClearLog();
-  List().UserRightButtonUp();
+  RightClick();
   EXPECT_EQ(world.toolkit.messages.size(), 1u);
   EXPECT_EQ(List().RowCount(), 0u);
   EXPECT_FALSE(Clear().Enabled());
@@ -188,7 +194,7 @@ TEST_F(RouterLogPage, ClearsByTheMenuToo) {
 TEST_F(RouterLogPage, OffersToRemoveTheSelectedItem) {
   AddRows(3);
   List().UserSelect(1, true);
-  List().UserRightButtonUp();
+  RightClick();
   EXPECT_EQ(popup, "mnuPopUpLog");
   EXPECT_EQ(Remove().Caption(), "Remove selected item from log");
   EXPECT_TRUE(Remove().Enabled());
@@ -198,13 +204,13 @@ TEST_F(RouterLogPage, OffersToRemoveTheSelectedItem) {
 TEST_F(RouterLogPage, OffersToRemoveThreeSelectedItems) {
   AddRows(4);
   for (const std::size_t row : {0u, 1u, 3u}) List().UserSelect(row, true);
-  List().UserRightButtonUp();
+  RightClick();
   EXPECT_EQ(Remove().Caption(), "Remove 3 selected items from log");
 }
 
 TEST_F(RouterLogPage, OffersNothingWithoutASelection) {
   AddRows(2);
-  List().UserRightButtonUp();
+  RightClick();
   EXPECT_EQ(popup, "mnuPopUpLog");
   EXPECT_EQ(Remove().Caption(), "Remove selected item from log");
   EXPECT_FALSE(Remove().Enabled());
@@ -216,7 +222,7 @@ TEST_F(RouterLogPage, RemovesTheSelectedRowsWithoutAQuestion) {
   AddRows(5);
   for (const std::size_t row : {0u, 2u, 4u}) List().UserSelect(row, true);
   choice = &Remove();
-  List().UserRightButtonUp();
+  RightClick();
   EXPECT_THAT(Keys(), ElementsAre("K2", "K4"));
   EXPECT_THAT(world.toolkit.messages, IsEmpty());
   EXPECT_TRUE(List().Visible());
@@ -227,7 +233,7 @@ TEST_F(RouterLogPage, KeepsClearingPossibleWhenTheLastRowIsRemoved) {
   AddRows(1);
   List().UserSelect(0, true);
   choice = &Remove();
-  List().UserRightButtonUp();
+  RightClick();
   EXPECT_THAT(Keys(), IsEmpty());
   EXPECT_TRUE(Clear().Enabled());
 }
@@ -236,7 +242,7 @@ TEST_F(RouterLogPage, RemovesEveryRowOfALongLog) {
   AddRows(50'000);
   List().UserSelectAll(true);
   choice = &Remove();
-  List().UserRightButtonUp();
+  RightClick();
   EXPECT_THAT(Keys(), IsEmpty());
   AddRows(1);
   EXPECT_THAT(Keys(), ElementsAre("K50001"));
@@ -316,7 +322,7 @@ TEST_F(RouterLogPage, ScrollsToTheRowThatIsClicked) {
 
 TEST_F(RouterLogPage, DoesNothingForAClickOnAnEmptyList) {
   List().UserItemClick();
-  List().UserRightButtonUp();
+  RightClick();
   EXPECT_THAT(world.toolkit.messages, IsEmpty());
 }
 

@@ -22,7 +22,9 @@ class UiMenu : public support::InterfaceTest {
         popUp(&window, "mnuPopUp", "PopUp"),
         copy(&popUp, "mnuCopy", "&Copy"),
         profiles(&popUp, "mnuPortForwarding", "&Profiles"),
-        entries(&profiles, "mnuProfiles", "Profiles go here") {}
+        entries(&profiles, "mnuProfiles", "Profiles go here") {
+    window.Load();
+  }
 
   /// The captions below `menu` that are visible.
   static std::vector<std::string> Captions(const ui::Menu& menu) {

@@ -129,6 +129,8 @@ END
 
 # daemon_start [LINE...]: starts the router's daemon, with these lines in its configuration in the place of the ordinary
 # ones of the same name. "double-nat" leaves its public address out.
+# Not every script that reads this file passes any.
+# shellcheck disable=SC2120
 daemon_start() {
   local configuration=$network_folder/miniupnpd.conf line
   cat >"$configuration" <<END

@@ -25,6 +25,8 @@ never() { ! "$@"; }
 
 # driver_start: makes the plug-in in a process of its own.
 driver_start() {
+  # The script that starts the driver names it; others read this file for its checks.
+  # shellcheck disable=SC2154
   coproc driver { exec wine "$driver_program" "$lan_computer" 2>>"$network_folder/driver.log"; }
   # Copies, which subshells have too.
   exec {driver_in}>&"${driver[1]}" {driver_out}<&"${driver[0]}"
@@ -54,7 +56,8 @@ tells() {
   [[ $answer == $2 ]]
 }
 
-# driver_stop [LINE]: by "exit", or by "vanish".
+# driver_stop [LINE]: by "exit", or by "vanish". Not every script that reads this file passes one.
+# shellcheck disable=SC2120
 driver_stop() {
   [ -n "${driver_process:-}" ] || return 0
   { printf '%s\n' "${1:-exit}" >&"$driver_in"; } 2>/dev/null || true
