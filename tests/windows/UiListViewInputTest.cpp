@@ -47,9 +47,9 @@ TEST_F(UiListViewInputTest, ALabelEditMayBeRefusedBeforeAndAfter) {
 }
 
 TEST_F(UiListViewInputTest, ALabelEditThatEndsByTheFocusGoesToTheRowThatItBeganIn) {
-  auto list = Make({.columnHeaders = false, .labelEdit = true});
   ui::TextBox next(&form_, "txtNext");
   next.Move(0, 4000, 2000, 400);
+  auto list = Make({.columnHeaders = false, .labelEdit = true});
   Fill(*list, 3);
   list->Select(1);
   std::string told;

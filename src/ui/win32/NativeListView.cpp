@@ -153,13 +153,14 @@ void NativeListView::Sync() {
     Send(LVM_SETITEMCOUNT, list_.RowCount(), flags);
     if (FillsItsWidth()) FillWidth();
   }
+  if (selectionStale_) SyncSelection();
+  if (rowToShow_ && *rowToShow_ < list_.RowCount()) Send(LVM_ENSUREVISIBLE, *rowToShow_, FALSE);
+  // Last, so that the scrolling leaves nothing undrawn.
   if (rowsStale_) {
     InvalidateRect(Window(), nullptr, TRUE);
   } else if (changedRows_) {
     Send(LVM_REDRAWITEMS, changedRows_->first, static_cast<LPARAM>(changedRows_->second));
   }
-  if (selectionStale_) SyncSelection();
-  if (rowToShow_ && *rowToShow_ < list_.RowCount()) Send(LVM_ENSUREVISIBLE, *rowToShow_, FALSE);
   columnsStale_ = rowsStale_ = countStale_ = selectionStale_ = false;
   changedRows_.reset();
   rowToShow_.reset();
