@@ -53,13 +53,22 @@ TEST_F(UiListViewTest, ARowThatWasToBeSeenBeforeTheWindowWasThereIsInView) {
   ui::ListView list(&form_, "lvTest");
   list.Move(0, 0, 6000, 4000);
   list.AddColumn("a", "First", 1500);
+  list.BackColor(ui::Rgb(243, 225, 190));
   Fill(list, 500);
   list.EnsureVisible(499);
+  // As the main window, which is there for a while before it is shown.
+  form_.Load();
+  RunFor(50);
   form_.Show();
-  ui::TheInterface().toolkit->ProcessPendingEvents();
+  RunFor(200);
   const LRESULT first = SendMessageA(Native(list), LVM_GETTOPINDEX, 0, 0);
   EXPECT_GT(first, 0);
   EXPECT_EQ(first + SendMessageA(Native(list), LVM_GETCOUNTPERPAGE, 0, 0), 500);
+  // What was scrolled is drawn, too.
+  const POINT place = PlaceOf(Native(list), 495, LVIR_BOUNDS);
+  const HDC context = GetDC(Native(list));
+  EXPECT_EQ(GetPixel(context, place.x + 2000 / 15, place.y), RGB(243, 225, 190));
+  ReleaseDC(Native(list), context);
 }
 
 TEST_F(UiListViewTest, AMillionRowsAreThereAtOnce) {
