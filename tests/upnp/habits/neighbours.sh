@@ -16,7 +16,9 @@ other_stop() {
 }
 
 # searches_of_other: how often everybody was searched for, as the second router heard it: each search calls four types.
-searches_of_other() { grep -c 'search .*WANIPConnection' "$network_folder/scripted-other.journal" || true; }
+searches_of_other() {
+  cat "$network_folder/scripted-other.journal" 2>/dev/null | grep -c 'search .*WANIPConnection' || true
+}
 
 # known_mappings: the length of the stored list of our own mappings.
 known_mappings() {
@@ -204,15 +206,10 @@ habit_quoted_page() {
 habit_network_change() {
   habit 'waits for a network that changes'
   check 'a port is opened' tells 'want 2 TCP:8081-8081' 'done *'
-  in_network lan ip address add 192.168.77.4/24 dev eth0
-  in_network lan ip address del "$lan_computer/24" dev eth0
-  in_network lan ip address show dev eth0 | grep -q 192.168.77.4 || true
-  in_network lan ip route replace default via "$lan_router"
+  move_computer "$lan_computer" 192.168.77.4
   check 'the port leads to the new address within 15 s' within 15 router_has 'TCP 8081 192.168.77.4:8081'
-  in_network lan ip address add "$lan_computer/24" dev eth0
-  in_network lan ip address del 192.168.77.4/24 dev eth0
-  in_network lan ip route replace default via "$lan_router"
   driver_stop
+  move_computer 192.168.77.4 "$lan_computer"
 }
 
 # port_1900 ADDRESS: somebody on this computer holds UDP 1900 there.
