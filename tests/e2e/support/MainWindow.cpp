@@ -41,8 +41,13 @@ HWND VisibleControl(const std::string& path) {
 }  // namespace
 
 bool MainWindow::Open() const {
-  // From the end of the menu: cancel, exit, help, setup.
-  return program_.ChooseByArrows("{UP}{UP}{UP}{UP}{ENTER}") && Soon([this] { return IsVisible(); });
+  constexpr int kClicks = 3;
+  for (int click = 0; click < kClicks; ++click) {
+    // From the end of the menu: cancel, exit, help, setup. A program that is still starting has no menu yet.
+    if (program_.ChooseByArrows("{UP}{UP}{UP}{UP}{ENTER}") && Soon([this] { return IsVisible(); }))
+      return true;
+  }
+  return false;
 }
 
 bool MainWindow::IsVisible() const {
@@ -122,12 +127,13 @@ std::vector<std::string> MainWindow::Texts(const std::string& path) {
 bool MainWindow::Choose(const std::string& path, const std::string& text) {
   const HWND list = Control(path);
   DWORD_PTR entry = 0;
-  if (!list ||
-      !SendMessageTimeoutA(list, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
-                           reinterpret_cast<LPARAM>(text.c_str()), SMTO_NORMAL, kAnswerTime, &entry)) {
-    return false;
-  }
-  if (static_cast<LRESULT>(entry) == CB_ERR) return false;
+  // The list may be being filled.
+  const bool found = WaitFor([&] {
+    return SendMessageTimeoutA(list, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                               reinterpret_cast<LPARAM>(text.c_str()), SMTO_NORMAL, kAnswerTime, &entry) &&
+           static_cast<LRESULT>(entry) != CB_ERR;
+  });
+  if (!found) return false;
   // The system tells a window of its own choice only when the user makes it.
   SendMessageTimeoutA(list, CB_SETCURSEL, entry, 0, SMTO_NORMAL, kAnswerTime, nullptr);
   return SendMessageTimeoutA(GetParent(list), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(list), CBN_SELCHANGE),
