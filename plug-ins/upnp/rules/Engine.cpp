@@ -57,6 +57,7 @@ void Engine::Check() {
 void Engine::LookAfter(const News& news) {
   bool restarted = false;
   const bool answers = gateway_ && Observe(restarted);
+  anew_ = anew_ || restarted || news.restarted;
   const bool search = news.search || (IsSecondBest() && clock_.Now() - lastSearch_ >= kBetterInterval);
   if (!answers || search) {
     if (!Find()) return;
@@ -64,7 +65,6 @@ void Engine::LookAfter(const News& news) {
   }
   // Nothing was wished yet, so nothing is known to be unwanted.
   if (!asked_ || IsForeign()) return;
-  anew_ = anew_ || restarted || news.restarted;
   if (anew_ || !keeper_->IsFinished()) return ApplyWish();
   keeper_->Check();
   silent_ = !keeper_->IsFinished() && HasTrouble(keeper_->Problems(), Trouble::kNoAnswer);
@@ -311,7 +311,7 @@ bool Engine::Observe(bool& restarted) {
   std::string address;
   // Some routers cut the connection at a question that they lack.
   const Answer addressAnswer = gateway_->ExternalAddress(address);
-  silent_ = statusAnswer.IsNoAnswer() && addressAnswer.IsNoAnswer();
+  const bool wasSilent = std::exchange(silent_, statusAnswer.IsNoAnswer() && addressAnswer.IsNoAnswer());
   if (silent_) return false;
   Signs signs;
   if (statusAnswer.IsDone()) {
@@ -321,7 +321,8 @@ bool Engine::Observe(bool& restarted) {
     current_.connected = !address.empty() && address != kNoAddress;
   }
   if (addressAnswer.IsDone()) signs.wanAddress = current_.wanAddress = address;
-  restarted = restarts_.Notice(signs) || gone_;
+  // Behind a silence there may have been a restart.
+  restarted = restarts_.Notice(signs) || gone_ || wasSilent;
   if (restarted) trace_.Line("the router restarted, or has a new WAN address");
   gone_ = false;
   const std::string local = network_.LocalAddressTowards(current_);

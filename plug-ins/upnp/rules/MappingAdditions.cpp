@@ -110,10 +110,11 @@ void MappingKeeper::AddAgain(Addition& addition, Granted granted) {
     own_.Remember(router_, port.mapping);
     granted = Ask(port);
   }
-  if (granted.answer.IsRefused() && !IsFinal(granted.answer) && leases_.LeaseToAsk() != 0 &&
+  if (granted.answer.IsRefused() && !IsFinal(granted.answer) && granted.lease != 0 &&
       session_.Abilities().permanent) {
     const bool stillThere = addition.renewal && leases_.Holds(key) && !leases_.IsOver(key);
-    if (!stillThere) granted = AskForPermanent(port);
+    // Another one under way at the same time may have shown by now that it must be so.
+    if (!stillThere) granted = leases_.LeaseToAsk() == 0 ? Ask(port) : AskForPermanent(port);
   }
   if (granted.answer.IsDone() && granted.externalPort != key.first) {
     session_.Delete({granted.externalPort, key.second});

@@ -41,9 +41,8 @@ std::string ExplainRefusal(const Problem& problem) {
     case Trouble::kNotAuthorized:
       return "The router doesn't allow " + ports + " for " + problem.who +
              " (error 606). Some routers first want \"allow independent port forwarding for this computer\" "
-             "to be "
-             "switched on, at the page of this computer among the router's own pages; others let a computer "
-             "open ports for itself only, and only ports above 1023.";
+             "to be switched on, at the page of this computer among the router's own pages; others let a "
+             "computer open ports for itself only, and only ports above 1023.";
     case Trouble::kUsedByRouter:
       return "The router uses " + ports +
              " itself, or a rule on its own page does (error 729). Remove that rule, or take another port.";
@@ -61,8 +60,7 @@ std::string ExplainRefusal(const Problem& problem) {
       if (problem.code == error::kConnectionCut)
         return "The router ended the connection when it was asked for " + ports +
                ", and answers other questions. Restart the router; if that doesn't help, its maker may have "
-               "newer "
-               "firmware.";
+               "newer firmware.";
       return "The router refused " + ports + " (error " + std::to_string(problem.code) +
              "). Is UPnP switched on at the router's page, with the right to change mappings?";
   }
@@ -107,8 +105,7 @@ std::string Explain(const Problem& problem) {
     case Trouble::kForeignRouter:
       return "The router here, " + problem.who +
              ", isn't one that you have used before, so nothing is opened on it. If it is yours, choose "
-             "\"Use "
-             "this router\" in the menu, or press OK in the Configure dialog.";
+             "\"Use this router\" in the menu, or press OK in the Configure dialog.";
     case Trouble::kNoExposedHost:
       return "UPnP knows no DMZ host, so the router wasn't told about it. Set it on the router's page, or "
              "forward the ports that are needed.";

@@ -651,6 +651,7 @@ TEST_F(EngineTest, ARouterThatCutsTheConnectionAtTheQuestionForItsStatusIsNotSil
   EXPECT_TRUE(engine.State().functional);
   EXPECT_THAT(engine.State().problems, IsEmpty());
   router.resets = {"Status", "ExternalAddress"};
+  network.found.clear();
   engine.Check();
   EXPECT_FALSE(engine.State().functional);
 }

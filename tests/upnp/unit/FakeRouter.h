@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <set>
 #include <string>
@@ -173,8 +174,11 @@ class FakeRouter : public Gateway {
       ++unanswered;
       return Answer::NoAnswer();
     }
-    EndLeases();
-    if (!oneConnection) return work();
+    if (!oneConnection) {
+      const std::lock_guard lock(mutex_);
+      EndLeases();
+      return work();
+    }
     const bool alone = ++busy_ == 1;
     if (alone) std::this_thread::sleep_for(std::chrono::milliseconds(2));
     const Answer answer = alone ? work() : Answer::NoAnswer();
@@ -223,6 +227,7 @@ class FakeRouter : public Gateway {
   }
 
   std::map<PortKey, Moment> ends_;
+  std::mutex mutex_;
   std::atomic<int> busy_{0};
 };
 

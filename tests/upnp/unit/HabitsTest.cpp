@@ -127,6 +127,15 @@ TEST_P(FinalRefusals, GetNoSecondTry) {
 
 INSTANTIATE_TEST_SUITE_P(Codes, FinalRefusals, testing::Values(606, 718, 728, 729));
 
+TEST_F(HabitsTest, FiniteLeasesThatAreRefusedSeveralAtOnceAreAllMadePermanent) {
+  router.permanentOnly = true;
+  router.abilities.lanes = 3;
+  MappingKeeper quick(router, kDevice, kLocal, own, clock, progress);
+  quick.Apply(Expand({{Wished(5000, 5074, true, false, 5), Wished(80, 80, true, true, 5)}, 5}, kLocal));
+  EXPECT_THAT(router.table, SizeIs(77));
+  EXPECT_THAT(quick.Problems(), IsEmpty());
+}
+
 TEST_F(HabitsTest, FiniteLeasesThatAreNotKeptAreMadePermanent) {
   router.keepsPermanentOnly = true;
   Apply({Wished(80, 83, true, false, 5)});
