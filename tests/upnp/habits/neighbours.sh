@@ -202,22 +202,3 @@ habit_quoted_page() {
   check 'the menu offers its page' within 15 tells features '*page*'
   driver_stop
 }
-
-habit_network_change() {
-  habit 'waits for a network that changes'
-  check 'a port is opened' tells 'want 2 TCP:8081-8081' 'done *'
-  move_computer "$lan_computer" 192.168.77.4
-  check 'the port leads to the new address within 15 s' within 15 router_has 'TCP 8081 192.168.77.4:8081'
-  driver_stop
-  move_computer 192.168.77.4 "$lan_computer"
-}
-
-# port_1900 ADDRESS: somebody on this computer holds UDP 1900 there.
-port_1900() { in_network lan ss -Huln | awk '{print $4}' | grep -Fxq "$1:1900"; }
-
-habit_port_1900() {
-  habit 'is there, for a look at who holds its port'
-  check 'a port is opened' tells 'want 2 TCP:8081-8081' 'done *'
-  check 'UDP 1900 is not held on every address' never port_1900 0.0.0.0
-  driver_stop
-}
