@@ -40,6 +40,7 @@ void MappingKeeper::AddBatch(std::span<Addition> batch) {
   }
   while (!open.empty() && finished_) {
     std::vector<PortMapping> mappings;
+    mappings.reserve(open.size());
     for (const Addition* addition : open) mappings.push_back(Request(wanted_.ports[addition->port]));
     const std::vector<Added> added =
         session_.AddAll(mappings, reader_.MayReadSingles(), [this] { return progress_.IsWanted(); });

@@ -107,6 +107,7 @@ void MappingKeeper::RemoveOwed() {
   if (owed.empty()) return;
   Begin();
   std::vector<PortKey> keys;
+  keys.reserve(owed.size());
   for (const PortMapping& mapping : owed) keys.push_back(mapping.Key());
   KnownPorts known;
   if (Continue(reader_.Look(keys, known, 0))) {
