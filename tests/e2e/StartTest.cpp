@@ -154,11 +154,12 @@ TEST_F(StartTest, WhatThePlugInSeesFromStartToExitIsTheSettledListOfCalls) {
                   call("IServer_EventHandler"), advised, call("IServer_EnableLog"),
                   call("IServer_Functional"), setLogging,
                   // The page is filled: a second look.
-                  call("IServer_Version"), call("IServer_WANIP"), call("IServer_Functional"), unadvised,
-                  call("IServer_EventHandler"), advised, call("IServer_EnableLog"),
+                  call("IServer_Version"), call("IServer_WANIP"), call("IServer_Functional"),
+                  // The same router is bound again, and the binding before it ends when the new one is there.
+                  call("IServer_EventHandler"), advised, unadvised, call("IServer_EnableLog"),
                   call("IServer_Functional"), setLogging,
                   // The log binds to the router, and the active profiles, of which there are none, are sent.
-                  unadvised, call("IServer_EventHandler"), advised, call("IServer_EnableLog"),
+                  call("IServer_EventHandler"), advised, unadvised, call("IServer_EnableLog"),
                   call("IServer_SetPortForwarding",
                        "(BYREF+ARRAY+DISPATCH [10..10] null, BYREF+I2 " + LastOctet() + ")"),
                   // The menu for the exit.

@@ -106,6 +106,7 @@ TEST_F(TransferTest, AFileThatIsThereIsAskedAboutBeforeItIsOverwritten) {
   Open({"Game"});
   ASSERT_TRUE(window.OpenPage("Export", kList));
   ASSERT_TRUE(Tick("Game"));
+  ASSERT_TRUE(WaitFor([] { return MainWindow::IsEnabled(kButton); }));
   ASSERT_TRUE(window.Click(kButton));
   ASSERT_TRUE(ChooseFile(kExport));
   auto question = WaitForQuestion();

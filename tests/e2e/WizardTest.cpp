@@ -39,7 +39,8 @@ TEST_F(WizardTest, ItLeadsForwardAndBackThroughItsStepsToTheSelectedRouterAndIts
   settings::Write("RouterPlugIn_1", Recording::kClass);
   ASSERT_TRUE(program.StartAndWait());
   ASSERT_TRUE(WaitForWizard());
-  EXPECT_EQ(desktop::TextOf(program.Find("frmWizard")), "Harbourline - Setup Wizard");
+  EXPECT_TRUE(
+      WaitFor([this] { return desktop::TextOf(program.Find("frmWizard")) == "Harbourline - Setup Wizard"; }));
   EXPECT_TRUE(Says("Welcome to the Setup Wizard for Harbourline"));
   EXPECT_FALSE(MainWindow::IsEnabled("frmWizard.cmdBack"));
   EXPECT_TRUE(MainWindow::IsEnabled("frmWizard.cmdNext"));
