@@ -89,6 +89,7 @@ MemoryMachine::MemoryMachine() : before_(platform::TheMachine()) {
   machine.clock = &clock_;
   machine.codePage = &codePage_;
   machine.debug = &debug_;
+  machine.files = &files_;
 }
 
 MemoryMachine::~MemoryMachine() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -108,6 +109,11 @@ class MemoryMachine {
     bool IsLeadByte(char) override { return false; }
     std::string FromUtf16(std::u16string_view text) override { return {text.begin(), text.end()}; }
   };
+  struct Files : platform::Files {
+    void Replace(const std::string& from, const std::string& to) override {
+      std::filesystem::rename(from, to);
+    }
+  };
   struct ObjectFactory : platform::ObjectFactory {
     platform::LateBoundRef Create(std::string_view) override { return std::make_shared<MemoryRouter>(); }
     std::unique_ptr<platform::EventConnection> Connect(platform::LateBoundObject&,
@@ -121,6 +127,7 @@ class MemoryMachine {
   SystemHelper systemHelper_;
   Process process_;
   NotificationArea notificationArea_;
+  Files files_;
   DebugOutput debug_;
   Clock clock_;
   CodePage codePage_;

@@ -116,7 +116,7 @@ TEST_P(BadSettingsTest, AValueThatCanNotBeReadIsToldWithItsPlaceAndNothingIsSave
 
 INSTANTIATE_TEST_SUITE_P(Values, BadSettingsTest,
                          testing::Values(std::pair("RouterCount", "abc"), std::pair("TrayLights", "40000"),
-                                         std::pair("MapProfileCount", "32768"),
+                                         std::pair("MapProfileCount", "2147483648"),
                                          std::pair("MP_1_MAP_1_BeginPort", "2147483648"),
                                          std::pair("MP_1_MAP_1_ForwardIPAddress", "40000"),
                                          std::pair("MP_1_Enabled", "perhaps"),
