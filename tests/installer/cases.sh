@@ -172,7 +172,7 @@ case_full_disk() {
   so 'nothing stays then, either' [ -z "$(ls -A "$place/small")" ]
   disk "$place/small" -o remount,size=16m
   so 'with room enough it works' install_ends 0 "$(windows_path "$place/small")\\some\\folder"
-  disk "$place/small" -o remount,size=6m
+  disk "$place/small" -o remount,size=$(($(du -sk "$place/small" | cut -f 1) + 512))k
   so 'an upgrade on a full disk fails and changes nothing' \
     stays "$place/small" install_ends 2 "$(windows_path "$place/small")\\some\\folder"
   so 'the old files are all there' lies_as_expected "$place/small/some/folder"
