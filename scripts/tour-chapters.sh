@@ -196,10 +196,10 @@ chapter_log() {
   sleep 1
 }
 log_is_left_with() { [ "$(driver items lvRouterLog | wc -l)" = "$1" ]; }
-right_click_first_row() {
+right_click_a_row() {
   local x y width height
-  # One that is in view has a size.
-  read -r x y width height < <(driver items lvRouterLog | awk -F '\t' '$3 > 0 { print $1, $2, $3, $4; exit }') ||
+  # One that is in view has a size; the first such one may lie half below the headings.
+  read -r x y width height < <(driver items lvRouterLog | awk -F '\t' '$3 > 0 && ++seen == 2 { print $1, $2, $3, $4 }') ||
     lost 'no row of the log is in view'
   click $((x + width / 2)) $((y + height / 2)) 1
   click $((x + width / 2)) $((y + height / 2)) 3
@@ -302,7 +302,7 @@ chapter_exit() {
   log_has_rows 8 || lost 'the log is empty after the start'
   local rows
   rows=$(driver items lvRouterLog | wc -l)
-  right_click_first_row
+  right_click_a_row
   menus --within 10 >/dev/null || lost 'a right click on a row opens no menu'
   picture log-menu 'A right click on a row of the log'
   driver keys '{DOWN}{DOWN}{ENTER}'
