@@ -198,8 +198,8 @@ chapter_log() {
 log_is_left_with() { [ "$(driver items lvRouterLog | wc -l)" = "$1" ]; }
 right_click_a_row() {
   local x y width height
-  # One that is in view has a size; the first such one may lie half below the headings.
-  read -r x y width height < <(driver items lvRouterLog | awk -F '\t' '$3 > 0 && ++seen == 2 { print $1, $2, $3, $4 }') ||
+  # One that is in view has a size; the first such ones may lie below the headings, and the log shows its last row.
+  read -r x y width height < <(driver items lvRouterLog | awk -F '\t' '$3 > 0 { row = $1 " " $2 " " $3 " " $4 } END { print row }') ||
     lost 'no row of the log is in view'
   click $((x + width / 2)) $((y + height / 2)) 1
   click $((x + width / 2)) $((y + height / 2)) 3
