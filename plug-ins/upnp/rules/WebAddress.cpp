@@ -74,7 +74,7 @@ std::string WithHost(std::string_view url, std::string_view host) {
 
 std::string RouterPage(std::string_view url, std::string_view router) {
   if (!ParseAddress(router)) return {};
-  const std::string otherwise = std::string(kHttp) + std::string(router) + "/";
+  std::string otherwise = std::string(kHttp) + std::string(router) + "/";
   std::string_view rest = url;
   if (BeginsWith(rest, kHttp)) {
     rest.remove_prefix(kHttp.size());
