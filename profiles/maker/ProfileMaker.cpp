@@ -153,7 +153,11 @@ void Write(const std::string& sources, const std::string& warningTable, const st
     program.Export(folder + "/" + profile->sName + ".prf", std::span(&profile->sKey(), 1));
     keys[categories[profile->sKey()]].push_back(profile->sKey());
   }
-  for (const auto& [category, members] : keys) program.Export(folder + "/All " + category + ".prf", members);
+  for (const auto& [category, members] : keys) {
+    std::string file = folder;
+    file.append("/All ").append(category).append(".prf");
+    program.Export(file, members);
+  }
 }
 
 void Read(const std::string& path) {
